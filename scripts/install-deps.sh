@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Installs the Debian packages this project needs, and only those that are missing.
+# Works as root, or through sudo. Safe to run again: it does nothing when all is there.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  g++ cmake make pkg-config git clang-format
+  # tests and benchmarks
+  libgtest-dev libgmock-dev libbenchmark-dev
+  # editor platform layer (XCB + Cairo) and its X tests
+  libxcb1-dev libcairo2-dev libxcb-xtest0-dev xvfb xauth
+  # command-line renderer
+  libsndfile1-dev
+  # real host used by the host-compatibility test
+  ardour
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
+    missing+=("$p")
+  fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+echo "Installing missing packages: ${missing[*]}" >&2
+sudo_cmd=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "need root or sudo to install: ${missing[*]}" >&2; exit 1; }
+  sudo_cmd=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${sudo_cmd[@]}" apt-get update -qq
+"${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
