@@ -16,15 +16,24 @@ constexpr float kSpeedOfSound = 342.0f;
 
 int channelCount(AmbiOrder order) {
     switch (order) {
-    case kAmbi1H: return 3;
-    case kAmbi1P: return 4;
-    case kAmbi2H: return 5;
-    case kAmbi2H1P: return 6;
-    case kAmbi2P: return 9;
-    case kAmbi3H: return 7;
-    case kAmbi3H1P: return 8;
-    case kAmbi3P: return 16;
-    case kAmbi4H: return 9;
+    case kAmbi1H:
+        return 3;
+    case kAmbi1P:
+        return 4;
+    case kAmbi2H:
+        return 5;
+    case kAmbi2H1P:
+        return 6;
+    case kAmbi2P:
+        return 9;
+    case kAmbi3H:
+        return 7;
+    case kAmbi3H1P:
+        return 8;
+    case kAmbi3P:
+        return 16;
+    case kAmbi4H:
+        return 9;
     }
     return 0; // unsupported layouts get no channels and no filters
 }
@@ -37,15 +46,24 @@ float filterDistance(float dist) {
 
 ZelAmbisonicEncoder::FilterSet ZelAmbisonicEncoder::filterset(AmbiOrder order) {
     switch (order) {
-    case kAmbi1H: return {2, 0, 0, 0};
-    case kAmbi1P: return {3, 0, 0, 0};
-    case kAmbi2H: return {2, 2, 0, 0};
-    case kAmbi2H1P: return {3, 2, 0, 0};
-    case kAmbi2P: return {3, 5, 0, 0};
-    case kAmbi3H: return {2, 2, 2, 0};
-    case kAmbi3H1P: return {3, 2, 2, 0};
-    case kAmbi3P: return {3, 5, 7, 0};
-    case kAmbi4H: return {2, 2, 2, 2};
+    case kAmbi1H:
+        return {2, 0, 0, 0};
+    case kAmbi1P:
+        return {3, 0, 0, 0};
+    case kAmbi2H:
+        return {2, 2, 0, 0};
+    case kAmbi2H1P:
+        return {3, 2, 0, 0};
+    case kAmbi2P:
+        return {3, 5, 0, 0};
+    case kAmbi3H:
+        return {2, 2, 2, 0};
+    case kAmbi3H1P:
+        return {3, 2, 2, 0};
+    case kAmbi3P:
+        return {3, 5, 7, 0};
+    case kAmbi4H:
+        return {2, 2, 2, 2};
     }
     return {0, 0, 0, 0};
 }
@@ -110,15 +128,27 @@ void ZelAmbisonicEncoder::setfs(float f) {
 
 // ------------------------------------------------------------ getters
 
-float ZelAmbisonicEncoder::getazim() const { return static_cast<float>((azim - 0.0) / kTwoPi); }
+float ZelAmbisonicEncoder::getazim() const {
+    return static_cast<float>((azim - 0.0) / kTwoPi);
+}
 float ZelAmbisonicEncoder::getelev() const {
     return static_cast<float>((elev - -kHalfPi) / kPi);
 }
-float ZelAmbisonicEncoder::getx() const { return (x - -4.0f) / 8.0f; }
-float ZelAmbisonicEncoder::gety() const { return (y - -4.0f) / 8.0f; }
-float ZelAmbisonicEncoder::getz() const { return (z - -4.0f) / 8.0f; }
-float ZelAmbisonicEncoder::getdist() const { return (dist - 4.0f) / -4.0f; }
-float ZelAmbisonicEncoder::getNFC() const { return (NFC - 0.5f) / 3.5f; }
+float ZelAmbisonicEncoder::getx() const {
+    return (x - -4.0f) / 8.0f;
+}
+float ZelAmbisonicEncoder::gety() const {
+    return (y - -4.0f) / 8.0f;
+}
+float ZelAmbisonicEncoder::getz() const {
+    return (z - -4.0f) / 8.0f;
+}
+float ZelAmbisonicEncoder::getdist() const {
+    return (dist - 4.0f) / -4.0f;
+}
+float ZelAmbisonicEncoder::getNFC() const {
+    return (NFC - 0.5f) / 3.5f;
+}
 
 float ZelAmbisonicEncoder::getazimdisplay() const {
     return static_cast<float>(azim * 180.0 / kPi);
@@ -216,7 +246,9 @@ void ZelAmbisonicEncoder::UpdateHOrders() {
 
 // ------------------------------------------------------------ distance model
 
-float ZelAmbisonicEncoder::dist2w(float d, float rate) const { return kSpeedOfSound / (d * rate); }
+float ZelAmbisonicEncoder::dist2w(float d, float rate) const {
+    return kSpeedOfSound / (d * rate);
+}
 
 void ZelAmbisonicEncoder::SetDistCoef(float dsrc, float dcomp) {
     // A source at the outer limit is a plane wave: no near-field zeros.

@@ -293,4 +293,6 @@ void NF_filt4::process1(int n, float* ip, float* op, int step) {
     state[3] = s4;
 }
 
-void NF_filt4::reset() { state[0] = state[1] = state[2] = state[3] = 0.0f; }
+void NF_filt4::reset() {
+    state[0] = state[1] = state[2] = state[3] = 0.0f;
+}

@@ -1,0 +1,256 @@
+#include "tarnhoafilt.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <string>
+#include <vector>
+
+namespace {
+
+using cd = std::complex<double>;
+constexpr double kPi = 3.141592653589793;
+
+float w(double metres, double rate) {
+    return static_cast<float>(342.0 / (metres * rate));
+}
+
+// The analogue prototype g * B_m(w1/s) / B_m(w2/s) with the exact Bessel
+// coefficients, evaluated where the bilinear transform (no prewarping) maps
+// the digital frequency omega: w/s = (w/2) * (1 + 1/z) / (1 - 1/z).
+cd bessel(int m, cd x) {
+    static const double coefs[5][5] = {{1, 0, 0, 0, 0},
+                                       {1, 1, 0, 0, 0},
+                                       {1, 3, 3, 0, 0},
+                                       {1, 6, 15, 15, 0},
+                                       {1, 10, 45, 105, 105}};
+    cd sum = 0.0, power = 1.0;
+    for (int k = 0; k <= m; ++k) {
+        sum += coefs[m][k] * power;
+        power *= x;
+    }
+    return sum;
+}
+
+cd analogue(int m, double w1, double w2, double g, double omega) {
+    const cd z = std::polar(1.0, omega);
+    const cd warp = (1.0 + 1.0 / z) / (1.0 - 1.0 / z);
+    return g * bessel(m, 0.5 * w1 * warp) / bessel(m, 0.5 * w2 * warp);
+}
+
+template <typename F> std::vector<float> impulseResponse(F& f, int length, bool poles = false) {
+    std::vector<float> h(length, 0.0f);
+    h[0] = 1.0f;
+    if (poles)
+        f.process1(length, h.data(), h.data(), 1);
+    else
+        f.process(length, h.data(), h.data(), 1);
+    return h;
+}
+
+cd dft(const std::vector<float>& h, double omega) {
+    cd sum = 0.0;
+    const cd step = std::polar(1.0, -omega);
+    cd rot = 1.0;
+    for (size_t n = 0; n < h.size(); ++n) {
+        sum += static_cast<double>(h[n]) * rot;
+        if ((n & 1023) == 1023)
+            rot = std::polar(1.0, -omega * static_cast<double>(n + 1)); // stop drift
+        else
+            rot *= step;
+    }
+    return sum;
+}
+
+template <typename F> F designed(float w1, float w2, float g) {
+    F f;
+    f.init(w1, w2, g);
+    f.reset(); // settle the smoothers on the coefficients
+    return f;
+}
+
+// Compare a settled filter's frequency response with the analogue prototype.
+template <typename F>
+void expectMatchesPrototype(int m, float w1, float w2, double rate, const std::string& what) {
+    F f = designed<F>(w1, w2, 1.0f);
+    const std::vector<float> h = impulseResponse(f, 1 << 18);
+    for (double hz : {0.0, 5.0, 20.0, 60.0, 200.0, 700.0, 2000.0, 8000.0, 0.45 * rate}) {
+        const double omega = 2.0 * kPi * hz / rate;
+        const cd expected = hz == 0.0 ? cd(std::pow(static_cast<double>(w1) / w2, m))
+                                      : analogue(m, w1, w2, 1.0, omega);
+        const cd got = dft(h, omega);
+        EXPECT_LE(std::abs(got - expected), 1e-4 * std::abs(expected))
+            << what << " at " << hz << " Hz: got " << got << " expected " << expected;
+    }
+    // At Nyquist the response is exactly the gain.
+    double nyquist = 0.0;
+    for (size_t n = 0; n < h.size(); ++n) nyquist += (n & 1 ? -1.0 : 1.0) * h[n];
+    EXPECT_NEAR(nyquist, 1.0, 1e-4) << what << " at Nyquist";
+}
+
+struct Case {
+    double source, compensation, rate;
+};
+const Case kCases[] = {
+    {1.0, 2.0, 48000}, {0.5, 4.0, 44100}, {3.0, 0.7, 96000}, {2.0, 2.0, 192000}, {4.0, 1.0, 48000}};
+
+std::string name(const Case& c) {
+    return std::to_string(c.source) + " m / " + std::to_string(c.compensation) + " m @ " +
+           std::to_string(static_cast<int>(c.rate));
+}
+
+} // namespace
+
+TEST(NearField, EveryOrderMatchesTheAnaloguePrototype) {
+    for (const Case& c : kCases) {
+        const float w1 = w(c.source, c.rate), w2 = w(c.compensation, c.rate);
+        expectMatchesPrototype<NF_filt1>(1, w1, w2, c.rate, "order 1, " + name(c));
+        expectMatchesPrototype<NF_filt2>(2, w1, w2, c.rate, "order 2, " + name(c));
+        expectMatchesPrototype<NF_filt3>(3, w1, w2, c.rate, "order 3, " + name(c));
+        expectMatchesPrototype<NF_filt4>(4, w1, w2, c.rate, "order 4, " + name(c));
+    }
+}
+
+TEST(NearField, PlaneWaveSourceMatchesPrototypeAndBlocksDc) {
+    // w1 = 0: the numerator degenerates to (1 - 1/z)^m, zero at DC.
+    const float w2 = w(1.0, 48000);
+    NF_filt3 viaProcess = designed<NF_filt3>(0.0f, w2, 1.0f);
+    NF_filt3 viaProcess1 = designed<NF_filt3>(0.0f, w2, 1.0f);
+    const std::vector<float> a = impulseResponse(viaProcess, 1 << 16);
+    const std::vector<float> b = impulseResponse(viaProcess1, 1 << 16, true);
+    for (size_t n = 0; n < a.size(); ++n) ASSERT_NEAR(a[n], b[n], 1e-6f) << n;
+    EXPECT_NEAR(std::abs(dft(b, 0.0)), 0.0, 1e-4);
+    const double omega = 2.0 * kPi * 100.0 / 48000.0;
+    EXPECT_NEAR(std::abs(dft(b, omega)), std::abs(analogue(3, 0.0, w2, 1.0, omega)), 1e-4);
+}
+
+TEST(NearField, EqualDistancesGiveTheGainExactly) {
+    const float g = 0.75f;
+    const float wv = w(1.5, 48000);
+    NF_filt2 f = designed<NF_filt2>(wv, wv, g);
+    std::vector<float> x(4096);
+    for (size_t n = 0; n < x.size(); ++n) x[n] = std::sin(0.01f * n) + 0.3f * std::cos(0.37f * n);
+    std::vector<float> y(x.size());
+    f.process(static_cast<int>(x.size()), x.data(), y.data(), 1);
+    for (size_t n = 0; n < x.size(); ++n) ASSERT_NEAR(y[n], g * x[n], 1e-5f) << n;
+}
+
+TEST(NearField, ImpulseResponsesDecayOverTheWholeGrid) {
+    const double distances[] = {0.5, 0.75, 1.0, 1.5, 2.0, 3.0, 4.0};
+    const double rates[] = {44100, 48000, 88200, 96000, 192000};
+    for (double rate : rates)
+        for (double src : distances)
+            for (double comp : distances) {
+                const float w1 = src == 4.0 ? 0.0f : w(src, rate), w2 = w(comp, rate);
+                NF_filt1 f1 = designed<NF_filt1>(w1, w2, 1.0f);
+                NF_filt2 f2 = designed<NF_filt2>(w1, w2, 1.0f);
+                NF_filt3 f3 = designed<NF_filt3>(w1, w2, 1.0f);
+                NF_filt4 f4 = designed<NF_filt4>(w1, w2, 1.0f);
+                const int length = 1 << 17;
+                const std::vector<float> h[4] = {
+                    impulseResponse(f1, length), impulseResponse(f2, length),
+                    impulseResponse(f3, length), impulseResponse(f4, length)};
+                for (int m = 0; m < 4; ++m) {
+                    float peak = 0.0f, tail = 0.0f;
+                    for (int n = 0; n < length; ++n) {
+                        const float v = std::fabs(h[m][n]);
+                        if (n < length / 2)
+                            peak = std::max(peak, v);
+                        else
+                            tail = std::max(tail, v);
+                        ASSERT_TRUE(std::isfinite(h[m][n]));
+                    }
+                    EXPECT_LT(tail, 1e-6f * peak)
+                        << "order " << m + 1 << ", " << src << " m / " << comp << " m @ " << rate;
+                }
+            }
+}
+
+TEST(NearField, FirstBlockWithoutResetFadesIn) {
+    NF_filt1 f;
+    f.init(w(1.0, 48000), w(2.0, 48000), 1.0f);
+    float x[4] = {1.0f, 1.0f, 1.0f, 1.0f};
+    float y[4];
+    f.process(4, x, y, 1);
+    // The gain glides up from zero: the first output is tiny, then it grows.
+    EXPECT_LT(std::fabs(y[0]), 0.01f);
+    EXPECT_GT(y[3], y[0]);
+}
+
+TEST(NearField, ResetSettlesCoefficientsExactlyAndClearsIntegrators) {
+    NF_filt2 a = designed<NF_filt2>(w(1.0, 48000), w(2.0, 48000), 1.0f);
+    std::vector<float> noise(500);
+    for (size_t n = 0; n < noise.size(); ++n) noise[n] = std::sin(1.7f * n);
+    a.process(500, noise.data(), noise.data(), 1);
+    a.reset();
+    for (int i = 0; i < NF_filt2::numStates; ++i) EXPECT_EQ(a.getstate(i), 0.0f);
+    NF_filt2 fresh = designed<NF_filt2>(w(1.0, 48000), w(2.0, 48000), 1.0f);
+    const std::vector<float> ha = impulseResponse(a, 64);
+    const std::vector<float> hf = impulseResponse(fresh, 64);
+    EXPECT_EQ(ha, hf);
+}
+
+TEST(NearField, CoefficientChangeGlidesInLowOrdersAndJumpsInOrderFour) {
+    const float w1 = w(1.0, 48000), w2 = w(2.0, 48000), w1b = w(0.5, 48000);
+    NF_filt3 smooth = designed<NF_filt3>(w1, w2, 1.0f);
+    NF_filt4 sharp = designed<NF_filt4>(w1, w2, 1.0f);
+    std::vector<float> dc(2000, 1.0f), out3(2000), out4(2000);
+    smooth.process(1000, dc.data(), out3.data(), 1);
+    sharp.process(1000, dc.data(), out4.data(), 1);
+    const float stateBefore = smooth.getstate(0);
+    smooth.init(w1b, w2, 1.0f);
+    sharp.init(w1b, w2, 1.0f);
+    EXPECT_EQ(smooth.getstate(0), stateBefore); // integrators kept
+    for (int i = 0; i < NF_filt4::numStates; ++i) EXPECT_EQ(sharp.getstate(i), 0.0f);
+    smooth.process(1000, dc.data() + 1000, out3.data() + 1000, 1);
+    // No step at the switch for the gliding filter.
+    EXPECT_NEAR(out3[1000], out3[999], 0.01f * std::fabs(out3[999]) + 1e-3f);
+}
+
+TEST(NearField, CopyTakesCoefficientsOnlyExceptOrderFour) {
+    const float w1 = w(1.0, 48000), w2 = w(2.0, 48000);
+    NF_filt2 src2 = designed<NF_filt2>(w1, w2, 1.0f);
+    NF_filt4 src4 = designed<NF_filt4>(w1, w2, 1.0f);
+    std::vector<float> x(300, 0.5f);
+    src2.process(300, x.data(), x.data(), 1);
+    std::vector<float> y(300, 0.5f);
+    src4.process(300, y.data(), y.data(), 1);
+
+    NF_filt2 dst2;
+    dst2.init(src2);
+    NF_filt4 dst4;
+    dst4.init(src4);
+    for (int i = 0; i < NF_filt2::numCoefs; ++i) EXPECT_EQ(dst2.getcoef(i), src2.getcoef(i));
+    for (int i = 0; i < NF_filt2::numStates; ++i) EXPECT_EQ(dst2.getstate(i), 0.0f);
+    EXPECT_EQ(dst2.getsmoother(0).current(), 0.0f);
+    for (int i = 0; i < NF_filt4::numCoefs; ++i) EXPECT_EQ(dst4.getcoef(i), src4.getcoef(i));
+    for (int i = 0; i < NF_filt4::numStates; ++i) EXPECT_EQ(dst4.getstate(i), src4.getstate(i));
+}
+
+TEST(NearField, InPlaceEqualsSeparateBuffersAndZeroLengthIsANoOp) {
+    const float w1 = w(0.8, 44100), w2 = w(3.0, 44100);
+    NF_filt3 a = designed<NF_filt3>(w1, w2, 1.0f);
+    NF_filt3 b = a;
+    std::vector<float> x(777), y(777);
+    for (size_t n = 0; n < x.size(); ++n) x[n] = std::sin(0.05f * n * n);
+    a.process(0, x.data(), y.data(), 1);
+    for (int i = 0; i < NF_filt3::numStates; ++i) EXPECT_EQ(a.getstate(i), 0.0f);
+    a.process(777, x.data(), y.data(), 1);
+    b.process(777, x.data(), x.data(), 1);
+    EXPECT_EQ(x, y);
+}
+
+TEST(NearField, StrideSkipsInterleavedSamples) {
+    const float w1 = w(1.0, 48000), w2 = w(2.0, 48000);
+    NF_filt1 a = designed<NF_filt1>(w1, w2, 1.0f);
+    NF_filt1 b = a;
+    std::vector<float> mono(100), interleaved(200, 42.0f), out(100);
+    for (int n = 0; n < 100; ++n) interleaved[2 * n] = mono[n] = std::cos(0.3f * n);
+    a.process(100, mono.data(), out.data(), 1);
+    b.process(100, interleaved.data(), interleaved.data(), 2);
+    for (int n = 0; n < 100; ++n) {
+        ASSERT_EQ(interleaved[2 * n], out[n]);
+        ASSERT_EQ(interleaved[2 * n + 1], 42.0f);
+    }
+}

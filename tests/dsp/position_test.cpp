@@ -1,0 +1,185 @@
+#include "AmbiEncoderClass.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+constexpr double kPi = 3.141592653589793;
+}
+
+TEST(EncoderPosition, InitialStateIsFarStraightAheadWithCompensationOff) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    EXPECT_EQ(enc.getncoefs(), 16);
+    EXPECT_EQ(enc.getxdisplay(), 4.0f);
+    EXPECT_EQ(enc.getydisplay(), 0.0f);
+    EXPECT_EQ(enc.getzdisplay(), 0.0f);
+    EXPECT_EQ(enc.getdistdisplay(), 4.0f);
+    EXPECT_EQ(enc.getNFCdisplay(), 4.0f);
+    EXPECT_EQ(enc.getfs(), 48000.0f);
+    // The default program's normalised values, read back exactly.
+    EXPECT_EQ(enc.getazim(), 0.0f);
+    EXPECT_EQ(enc.getelev(), 0.5f);
+    EXPECT_EQ(enc.getx(), 1.0f);
+    EXPECT_EQ(enc.gety(), 0.5f);
+    EXPECT_EQ(enc.getz(), 0.5f);
+    EXPECT_EQ(enc.getdist(), 0.0f);
+    EXPECT_EQ(enc.getNFC(), 1.0f);
+}
+
+TEST(EncoderPosition, ChannelCountsOfAllLayouts) {
+    const int expected[] = {3, 4, 5, 6, 9, 7, 8, 16, 9};
+    for (int o = 0; o <= 8; ++o) {
+        ZelAmbisonicEncoder enc(static_cast<AmbiOrder>(o));
+        EXPECT_EQ(enc.getncoefs(), expected[o]) << "order " << o;
+    }
+}
+
+TEST(EncoderPosition, PolarSettersMapToPhysicalUnits) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setazim(0.25f);
+    EXPECT_FLOAT_EQ(enc.getazimdisplay(), 90.0f);
+    enc.setelev(1.0f);
+    EXPECT_FLOAT_EQ(enc.getelevdisplay(), 90.0f);
+    enc.setelev(0.0f);
+    EXPECT_FLOAT_EQ(enc.getelevdisplay(), -90.0f);
+    enc.setdist(1.0f);
+    EXPECT_EQ(enc.getdistdisplay(), 0.0f);
+    EXPECT_EQ(enc.getdistNF(), 0.5f);
+    enc.setdist(0.0f);
+    EXPECT_EQ(enc.getdistdisplay(), 4.0f);
+    enc.setdist(0.5f);
+    EXPECT_EQ(enc.getdistdisplay(), 2.0f);
+    enc.setNFC(0.0f);
+    EXPECT_EQ(enc.getNFCdisplay(), 0.5f);
+    enc.setNFC(1.0f);
+    EXPECT_EQ(enc.getNFCdisplay(), 4.0f);
+    // Out-of-range values map linearly; the filter distance never drops below 0.5 m.
+    enc.setdist(1.2f);
+    EXPECT_NEAR(enc.getdistdisplay(), -0.8f, 1e-6f);
+    EXPECT_EQ(enc.getdistNF(), 0.5f);
+}
+
+TEST(EncoderPosition, FullTurnIsStoredNotWrapped) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setazim(1.0f);
+    EXPECT_EQ(enc.getazim(), 1.0f);
+    EXPECT_FLOAT_EQ(enc.getazimdisplay(), 360.0f);
+}
+
+TEST(EncoderPosition, PolarToCartesian) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setdist(0.5f);   // 2 m
+    enc.setazim(0.125f); // 45 degrees
+    enc.setelev(0.5f + 30.0f / 180.0f);
+    const double r = 2.0, az = kPi / 4, el = kPi / 6;
+    EXPECT_NEAR(enc.getxdisplay(), r * std::cos(el) * std::cos(az), 1e-6);
+    EXPECT_NEAR(enc.getydisplay(), r * std::cos(el) * std::sin(az), 1e-6);
+    EXPECT_NEAR(enc.getzdisplay(), r * std::sin(el), 1e-6);
+}
+
+TEST(EncoderPosition, CartesianOutsideTheSphereIsPulledBackAlongItsDirection) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setx(1.0f);
+    enc.sety(1.0f); // (4, 4, 0): 5.657 m
+    EXPECT_EQ(enc.getdistdisplay(), 4.0f);
+    EXPECT_NEAR(enc.getazimdisplay(), 45.0f, 1e-4f);
+    EXPECT_NEAR(enc.getxdisplay(), 2.8284271f, 1e-5f);
+    EXPECT_NEAR(enc.getydisplay(), 2.8284271f, 1e-5f);
+    EXPECT_EQ(enc.getzdisplay(), 0.0f);
+    EXPECT_EQ(enc.getdist(), 0.0f);
+}
+
+TEST(EncoderPosition, CartesianDegenerateDirectionsAreDefined) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setx(0.5f);
+    enc.sety(0.5f);
+    enc.setz(0.5f);
+    EXPECT_EQ(enc.getdistdisplay(), 0.0f);
+    EXPECT_EQ(enc.getazimdisplay(), 0.0f);
+    EXPECT_EQ(enc.getelevdisplay(), 0.0f);
+    EXPECT_EQ(enc.getdistNF(), 0.5f);
+    for (int c = 0; c < 16; ++c) EXPECT_FALSE(std::isnan(enc.getgain(c))) << c;
+
+    // Straight up: x = y = 0 gives azimuth 0, never NaN.
+    enc.setz(0.75f);
+    EXPECT_EQ(enc.getazimdisplay(), 0.0f);
+    EXPECT_FLOAT_EQ(enc.getelevdisplay(), 90.0f);
+    EXPECT_EQ(enc.getdistdisplay(), 2.0f);
+}
+
+TEST(EncoderPosition, NegativeYGivesAzimuthAbovePi) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setx(0.5f);  // x = 0
+    enc.sety(0.25f); // y = -2
+    EXPECT_FLOAT_EQ(enc.getazimdisplay(), 270.0f);
+    EXPECT_NEAR(enc.getazim(), 0.75f, 1e-7f);
+    EXPECT_EQ(enc.getdistdisplay(), 2.0f);
+}
+
+TEST(EncoderPosition, RoundTripsBetweenPolarAndCartesian) {
+    // Polar -> Cartesian -> polar through the normalised getters and setters,
+    // as the plug-in does when it re-applies every stored parameter.
+    for (int i = 0; i < 200; ++i) {
+        const float az = (i * 37 % 200) / 200.0f;
+        const float el = 0.05f + 0.9f * ((i * 53 % 200) / 200.0f);
+        const float d = 0.1f + 0.85f * ((i * 71 % 200) / 200.0f);
+        ZelAmbisonicEncoder a(kAmbi3P);
+        a.setazim(az);
+        a.setelev(el);
+        a.setdist(d);
+        ZelAmbisonicEncoder b(kAmbi3P);
+        b.setx(a.getx());
+        b.sety(a.gety());
+        b.setz(a.getz());
+        EXPECT_NEAR(b.getdistdisplay(), a.getdistdisplay(), 2e-6f) << i;
+        EXPECT_NEAR(b.getelevdisplay(), a.getelevdisplay(), 2e-3f) << i;
+        // Compare azimuths on the circle: 0 and 360 are the same direction.
+        const double daz = std::remainder(b.getazimdisplay() - a.getazimdisplay(), 360.0);
+        EXPECT_NEAR(daz, 0.0, 2e-3) << i;
+    }
+}
+
+TEST(EncoderPosition, HoldFlagsKeepCoordinates) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setholds(true, false, true);
+    enc.setazim(0.25f); // would move x to 0 and y to 4
+    EXPECT_EQ(enc.getxdisplay(), 4.0f);
+    EXPECT_NEAR(enc.getydisplay(), 4.0f, 1e-6f);
+    EXPECT_EQ(enc.getzdisplay(), 0.0f);
+}
+
+TEST(EncoderDistance, Dist2wFigures) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    EXPECT_EQ(enc.dist2w(4.0f, 48000.0f), 0.00178125f);
+    EXPECT_EQ(enc.dist2w(0.5f, 48000.0f), 0.01425f);
+    EXPECT_NEAR(enc.dist2w(1.0f, 44100.0f), 0.0077551f, 1e-7f);
+}
+
+TEST(EncoderDistance, FarSourceDesignsNoZerosAndSampleRateScalesCorners) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setNFC(0.0f); // 0.5 m
+    // Source at 4 m: w1 = 0, so the numerator coefficients are zero and the
+    // gain carries only the pole normaliser.
+    EXPECT_EQ(enc.getnf1(0).getcoef(1), 0.0f);
+    NF_filt1 ref;
+    ref.init(0.0f, enc.dist2w(0.5f, 48000.0f), 1.0f);
+    EXPECT_EQ(enc.getnf1(0).getcoef(0), ref.getcoef(0));
+    EXPECT_EQ(enc.getnf1(0).getcoef(2), ref.getcoef(2));
+
+    // A new rate changes the coefficients but no gain and no position.
+    const float gainBefore = enc.getgain(13);
+    const float xBefore = enc.getxdisplay();
+    enc.setfs(96000.0f);
+    NF_filt1 ref96;
+    ref96.init(0.0f, enc.dist2w(0.5f, 96000.0f), 1.0f);
+    EXPECT_EQ(enc.getnf1(2).getcoef(2), ref96.getcoef(2));
+    EXPECT_EQ(enc.getgain(13), gainBefore);
+    EXPECT_EQ(enc.getxdisplay(), xBefore);
+
+    // Every filter of a class shares the first one's coefficients.
+    enc.setdist(0.75f);
+    for (int i = 1; i < 7; ++i)
+        for (int k = 0; k < NF_filt3::numCoefs; ++k)
+            EXPECT_EQ(enc.getnf3(i).getcoef(k), enc.getnf3(0).getcoef(k));
+}
