@@ -1,0 +1,163 @@
+#include "spectrum.h"
+#include "tarnshelf.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Impulse response of H(z) = k (1 + a/z) / (1 + b/z), run sample by sample in
+// double until the tail is negligible.
+std::vector<double> impulseResponse(const tarnshelf& shelf) {
+    const double a = shelf.getcoef(0), b = shelf.getcoef(1), k = shelf.getcoef(2);
+    const double decay = std::fabs(b);
+    std::size_t length = 64;
+    if (decay > 0.0 && decay < 1.0)
+        length += static_cast<std::size_t>(std::log(1e-15) / std::log(decay));
+    std::vector<double> h(length);
+    double xPrevious = 0.0, yPrevious = 0.0;
+    for (std::size_t n = 0; n < length; ++n) {
+        const double x = n == 0 ? 1.0 : 0.0;
+        const double y = k * (x + a * xPrevious) - b * yPrevious;
+        h[n] = y;
+        xPrevious = x;
+        yPrevious = y;
+    }
+    return h;
+}
+
+double gainAt(const tarnshelf& shelf, double hz, double fs) {
+    return std::abs(spectrum::dtft(impulseResponse(shelf), hz, fs));
+}
+
+} // namespace
+
+TEST(TarnShelf, GainsAtDcNyquistAndTransitionOverAGrid) {
+    const float rates[] = {22050.0f, 44100.0f, 48000.0f, 96000.0f, 192000.0f};
+    const float transitions[] = {30.0f, 200.0f, 1000.0f, 3000.0f, 7500.0f};
+    const float gainPairs[][2] = {{2.0f, 1.0f}, {1.0f, 2.0f}, {0.25f, 1.0f}, {1.0f, 0.1f},
+                                  {3.5f, 0.8f}, {0.5f, 0.5f}, {10.0f, 0.3f}};
+    double worst = 0.0;
+    for (float fs : rates)
+        for (float f : transitions)
+            for (const auto& g : gainPairs) {
+                tarnshelf shelf;
+                shelf.init(fs, f, g[0], g[1]);
+                const double dc = gainAt(shelf, 0.0, fs);
+                const double nyquist = gainAt(shelf, fs / 2.0, fs);
+                const double mid = gainAt(shelf, f, fs);
+                const double geometricMean = std::sqrt(double(g[0]) * g[1]);
+                const auto relative = [](double measured, double expected) {
+                    return std::fabs(measured / expected - 1.0);
+                };
+                SCOPED_TRACE(testing::Message()
+                             << "fs " << fs << " f " << f << " gains " << g[0] << " -> " << g[1]);
+                // Single-precision coefficients: their rounding is amplified by the
+                // pole's closeness to the unit circle, which grows with fs / f.
+                const double tolerance = 1e-6 + 4e-7 * fs / f;
+                EXPECT_LT(relative(dc, g[0]), tolerance);
+                EXPECT_LT(relative(nyquist, g[1]), tolerance);
+                EXPECT_LT(relative(mid, geometricMean), tolerance);
+                worst = std::max({worst, relative(dc, g[0]), relative(nyquist, g[1]),
+                                  relative(mid, geometricMean)});
+            }
+    std::printf("shelf: worst relative gain error %.3g\n", worst);
+}
+
+TEST(TarnShelf, WorkedExampleAt48kHz) {
+    tarnshelf shelf;
+    shelf.init(48000.0f, 1000.0f, 2.0f, 1.0f);
+    EXPECT_NEAR(shelf.getcoef(0), -0.83034, 5e-6);
+    EXPECT_NEAR(shelf.getcoef(1), -0.91141, 5e-6);
+    EXPECT_NEAR(shelf.getcoef(2), 1.04429, 5e-6);
+    EXPECT_NEAR(gainAt(shelf, 0.0, 48000.0), 2.0, 1e-5);
+    EXPECT_NEAR(gainAt(shelf, 24000.0, 48000.0), 1.0, 1e-5);
+    EXPECT_NEAR(gainAt(shelf, 1000.0, 48000.0), std::sqrt(2.0), 1e-5);
+}
+
+TEST(TarnShelf, EqualGainsGiveAFlatResponse) {
+    for (float g : {0.5f, 1.0f, 3.0f}) {
+        tarnshelf shelf;
+        shelf.init(44100.0f, 2500.0f, g, g);
+        EXPECT_EQ(shelf.getcoef(0), shelf.getcoef(1));
+        EXPECT_EQ(shelf.getcoef(2), g);
+        for (double hz : {0.0, 100.0, 2500.0, 15000.0, 22050.0})
+            EXPECT_NEAR(gainAt(shelf, hz, 44100.0), g, 1e-5 * g) << hz << " Hz";
+    }
+}
+
+TEST(TarnShelf, SwappingTheGainsSwapsZeroAndPole) {
+    tarnshelf up, down;
+    up.init(96000.0f, 440.0f, 0.5f, 4.0f);
+    down.init(96000.0f, 440.0f, 4.0f, 0.5f);
+    EXPECT_FLOAT_EQ(up.getcoef(0), down.getcoef(1));
+    EXPECT_FLOAT_EQ(up.getcoef(1), down.getcoef(0));
+}
+
+TEST(TarnShelf, OutOfRangeCoefficientIndexReadsZero) {
+    tarnshelf shelf;
+    shelf.init(48000.0f, 1000.0f, 2.0f, 1.0f);
+    EXPECT_EQ(shelf.getcoef(-1), 0.0f);
+    EXPECT_EQ(shelf.getcoef(3), 0.0f);
+}
+
+// Inputs (found by search) that put c - t or c + t exactly at the guard's
+// threshold or one float below it; the guard is strict, so only "below" trips.
+class ShelfGuard : public testing::Test {
+protected:
+    static constexpr float kFs = 48000.0f;
+    static float c(float f) { return float(std::cos(double(6.2831855f * f / kFs))); }
+    static float t(float gLo, float gHi) {
+        const float r = gLo / gHi;
+        return (r - 1.0f) / (1.0f + r);
+    }
+    static constexpr float kThreshold = 0.001f;
+};
+
+TEST_F(ShelfGuard, ZeroCoefficientAtAndJustBelowTheThreshold) {
+    const float below = std::nextafter(kThreshold, 0.0f);
+
+    const float fAt = 11977.9248f, gAt = 1.00378633f;
+    ASSERT_EQ(c(fAt) - t(gAt, 1.0f), kThreshold) << "search inputs no longer hit the threshold";
+    tarnshelf at;
+    at.init(kFs, fAt, gAt, 1.0f);
+    EXPECT_NE(at.getcoef(0), 0.0f);
+    // With the true quotient the design still meets its Nyquist gain (to the
+    // precision that a quotient by 0.001 leaves).
+    EXPECT_NEAR(gainAt(at, kFs / 2.0, kFs), 1.0, 1e-4);
+
+    const float fBelow = 11962.5596f, gBelow = 1.00783205f;
+    ASSERT_EQ(c(fBelow) - t(gBelow, 1.0f), below);
+    tarnshelf guarded;
+    guarded.init(kFs, fBelow, gBelow, 1.0f);
+    EXPECT_EQ(guarded.getcoef(0), 0.0f);
+    EXPECT_NE(guarded.getcoef(1), 0.0f);
+    // The hard switch is visible: DC is still right, Nyquist no longer is.
+    EXPECT_NEAR(gainAt(guarded, 0.0, kFs), gBelow, 1e-5);
+    EXPECT_GT(std::fabs(gainAt(guarded, kFs / 2.0, kFs) - 1.0), 5e-4);
+}
+
+TEST_F(ShelfGuard, ZeroPoleAtAndJustBelowTheThreshold) {
+    const float below = std::nextafter(kThreshold, 0.0f);
+
+    const float fAt = 11977.7217f, gAt = 0.996174991f;
+    ASSERT_EQ(c(fAt) + t(gAt, 1.0f), kThreshold);
+    tarnshelf at;
+    at.init(kFs, fAt, gAt, 1.0f);
+    EXPECT_NE(at.getcoef(1), 0.0f);
+    EXPECT_NEAR(gainAt(at, kFs / 2.0, kFs), 1.0, 1e-4);
+
+    const float fBelow = 11962.5352f, gBelow = 0.99222219f;
+    ASSERT_EQ(c(fBelow) + t(gBelow, 1.0f), below);
+    tarnshelf guarded;
+    guarded.init(kFs, fBelow, gBelow, 1.0f);
+    EXPECT_EQ(guarded.getcoef(1), 0.0f);
+    EXPECT_NE(guarded.getcoef(0), 0.0f);
+    EXPECT_NEAR(gainAt(guarded, 0.0, kFs), gBelow, 1e-5);
+    EXPECT_GT(std::fabs(gainAt(guarded, kFs / 2.0, kFs) - 1.0), 5e-4);
+}
