@@ -1,0 +1,200 @@
+#include "ALLPASS.h"
+#include "spectrum.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr float kMinusInfinityDb = -std::numeric_limits<float>::infinity();
+
+std::vector<float> noise(std::size_t length, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
+    std::vector<float> x(length);
+    for (float& v : x) v = uniform(generator);
+    return x;
+}
+
+// The pure all-pass part, through the filter's own coefficient.
+std::vector<float> allPassImpulseResponse(AllPass& filter, std::size_t length) {
+    std::vector<float> x = spectrum::impulse(length), y(length);
+    filter.DoAllPass(x.data(), y.data(), static_cast<long>(length), filter.getcoef());
+    return y;
+}
+
+} // namespace
+
+TEST(AllPass, UnitMagnitudeAndQuarterTurnAtTheCutOff) {
+    const float rates[] = {22050.0f, 44100.0f, 48000.0f, 96000.0f};
+    // Below about fs/200 the single-precision cosine of the design starts to cost
+    // accuracy (some 0.25 degrees at 20 Hz and 48 kHz), so the grid stays above.
+    const float cutOffs[] = {250.0f, 700.0f, 3000.0f, 9000.0f};
+    double worstMagnitude = 0.0, worstPhase = 0.0;
+    for (float fs : rates)
+        for (float fc : cutOffs) {
+            AllPass filter(1 << 16);
+            filter.SetCutOff(fc, fs);
+            const std::vector<float> h = allPassImpulseResponse(filter, 1 << 16);
+            SCOPED_TRACE(testing::Message() << "fc " << fc << " fs " << fs);
+            for (double hz : {0.0, 0.1 * fc, double(fc), 3.0 * fc, 0.45 * fs, 0.5 * fs}) {
+                const double magnitude = std::abs(spectrum::dtft(h, hz, fs));
+                EXPECT_NEAR(magnitude, 1.0, 1e-6) << hz << " Hz";
+                worstMagnitude = std::max(worstMagnitude, std::fabs(magnitude - 1.0));
+            }
+            const double phase = spectrum::phaseDegrees(spectrum::dtft(h, fc, fs));
+            EXPECT_NEAR(phase, -90.0, 0.01);
+            worstPhase = std::max(worstPhase, std::fabs(phase + 90.0));
+        }
+    std::printf("all-pass: worst |magnitude - 1| %.3g, worst phase error at fc %.3g deg\n",
+                worstMagnitude, worstPhase);
+}
+
+TEST(AllPass, DefaultObjectIs700HzAt44100) {
+    AllPass filter(4096);
+    EXPECT_EQ(filter.getfc(), 700.0f);
+    EXPECT_EQ(filter.getfs(), 44100.0f);
+    const std::vector<float> h = allPassImpulseResponse(filter, 4096);
+    EXPECT_NEAR(spectrum::phaseDegrees(spectrum::dtft(h, 700.0, 44100.0)), -90.0, 1e-3);
+}
+
+TEST(AllPass, ImpulseResponseAfterResetStartsFromEmptyMemory) {
+    AllPass filter(64);
+    filter.SetCutOff(1200.0f, 48000.0f);
+    std::vector<float> dirty = noise(64, 7), out(64);
+    filter.DoAllPass(dirty.data(), out.data(), 64, filter.getcoef());
+    filter.Reset();
+
+    const float a = filter.getcoef();
+    const std::vector<float> h = allPassImpulseResponse(filter, 4);
+    EXPECT_EQ(h[0], a);
+    EXPECT_FLOAT_EQ(h[1], 1.0f - a * a);
+    EXPECT_FLOAT_EQ(h[2], -a * (1.0f - a * a));
+    EXPECT_FLOAT_EQ(h[3], a * a * (1.0f - a * a));
+}
+
+TEST(AllPass, LinearVariantsGiveBackTheInputAtUnitGains) {
+    std::vector<float> x = noise(4000, 1);
+    AllPass separate(512), inPlace(512);
+    separate.SetCutOff(300.0f, 48000.0f);
+    inPlace.SetCutOff(300.0f, 48000.0f);
+    std::vector<float> out(x.size()), io = x;
+    double worst = 0.0;
+    for (std::size_t start = 0; start < x.size(); start += 500) {
+        separate.ProcessAudio(x.data() + start, out.data() + start, 1.0f, 1.0f, 500);
+        inPlace.ProcessAudio(io.data() + start, 1.0f, 1.0f, 500);
+    }
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        // Splitting into two bands and adding them costs at most a rounding step.
+        ASSERT_NEAR(out[i], x[i], 1.2e-7f) << i;
+        ASSERT_EQ(io[i], out[i]) << i;
+        worst = std::max(worst, double(std::fabs(out[i] - x[i])));
+    }
+    std::printf("all-pass: worst reconstruction error %.3g\n", worst);
+}
+
+TEST(AllPass, LowBandPassesDcAndBlocksNyquist) {
+    const float fs = 44100.0f;
+    AllPass filter(1 << 15);
+    filter.SetCutOff(500.0f, fs);
+    std::vector<float> h = spectrum::impulse(1 << 15);
+    filter.ProcessAudio(h.data(), 1.0f, 0.0f, static_cast<long>(h.size()));
+    EXPECT_NEAR(std::abs(spectrum::dtft(h, 0.0, fs)), 1.0, 1e-5);
+    EXPECT_NEAR(std::abs(spectrum::dtft(h, fs / 2.0, fs)), 0.0, 1e-5);
+    // Both bands are at -3 dB at the crossover.
+    EXPECT_NEAR(std::abs(spectrum::dtft(h, 500.0, fs)), std::sqrt(0.5), 1e-5);
+}
+
+TEST(AllPass, DecibelVariantsInvertTheHighBand) {
+    std::vector<float> x = noise(2000, 3);
+    const long n = static_cast<long>(x.size());
+    auto run = [&](float gLo, float gHi, bool decibels) {
+        AllPass filter(2000);
+        filter.SetCutOff(2000.0f, 48000.0f);
+        std::vector<float> out(x.size());
+        if (decibels)
+            filter.ProcessAudio(x.data(), out.data(), gLo, gHi, n, true);
+        else
+            filter.ProcessAudio(x.data(), out.data(), gLo, gHi, n);
+        return out;
+    };
+    AllPass reference(2000);
+    reference.SetCutOff(2000.0f, 48000.0f);
+    std::vector<float> allPassed(x.size());
+    reference.DoAllPass(x.data(), allPassed.data(), n, reference.getcoef());
+
+    const std::vector<float> flat = run(0.0f, 0.0f, true);
+    const std::vector<float> lowDb = run(0.0f, kMinusInfinityDb, true);
+    const std::vector<float> lowLinear = run(1.0f, 0.0f, false);
+    const std::vector<float> highDb = run(kMinusInfinityDb, 0.0f, true);
+    const std::vector<float> highLinear = run(0.0f, 1.0f, false);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        ASSERT_NEAR(flat[i], allPassed[i], 1.2e-7f) << i;
+        ASSERT_EQ(lowDb[i], lowLinear[i]) << i;
+        ASSERT_EQ(highDb[i], -highLinear[i]) << i;
+    }
+
+    // The in-place decibel form agrees with the separate one.
+    AllPass inPlace(2000);
+    inPlace.SetCutOff(2000.0f, 48000.0f);
+    std::vector<float> io = x;
+    inPlace.ProcessAudio(io.data(), 0.0f, kMinusInfinityDb, n, true);
+    EXPECT_EQ(io, lowDb);
+}
+
+TEST(AllPass, BlocksLongerThanTheBufferAreProcessedWhole) {
+    std::vector<float> x = noise(1000, 11);
+    AllPass small(16), large(1000), empty(0), negative(-5);
+    for (AllPass* f : {&small, &large, &empty, &negative}) f->SetCutOff(150.0f, 44100.0f);
+    std::vector<float> expected(x.size());
+    large.ProcessAudio(x.data(), expected.data(), 0.5f, 2.0f, 1000);
+    for (AllPass* f : {&small, &empty, &negative}) {
+        std::vector<float> out(x.size()), io = x;
+        f->ProcessAudio(x.data(), out.data(), 0.5f, 2.0f, 1000);
+        EXPECT_EQ(out, expected) << "capacity " << f->getsize();
+        f->Reset();
+        f->ProcessAudio(io.data(), 0.5f, 2.0f, 1000);
+        EXPECT_EQ(io, expected) << "capacity " << f->getsize();
+    }
+}
+
+TEST(AllPass, DecayingTailStaysOutOfSubnormals) {
+    AllPass filter(4096);
+    filter.SetCutOff(50.0f, 48000.0f);
+    std::vector<float> io = spectrum::impulse(4096);
+    for (int block = 0; block < 100; ++block) {
+        filter.ProcessAudio(io.data(), 1.0f, 0.5f, 4096);
+        for (float v : io) ASSERT_NE(std::fpclassify(v), FP_SUBNORMAL) << "block " << block;
+        std::fill(io.begin(), io.end(), 0.0f);
+    }
+}
+
+TEST(AllPass, EmptyAndNegativeBlocksTouchNothing) {
+    AllPass filter(8);
+    std::vector<float> io(8, 0.25f);
+    filter.ProcessAudio(io.data(), 1.0f, 2.0f, 0);
+    filter.ProcessAudio(io.data(), 1.0f, 2.0f, -3, true);
+    filter.DoAllPass(io.data(), io.data(), -1, 0.5f);
+    EXPECT_EQ(io, std::vector<float>(8, 0.25f));
+}
+
+TEST(AllPass, InstancesInterleavedOnOneThreadDoNotDisturbEachOther) {
+    std::vector<float> x = noise(1024, 5);
+    AllPass a1(64), b1(64), a2(64), b2(64);
+    for (AllPass* f : {&a1, &a2}) f->SetCutOff(100.0f, 48000.0f);
+    for (AllPass* f : {&b1, &b2}) f->SetCutOff(5000.0f, 48000.0f);
+    std::vector<float> alone1 = x, alone2 = x, mixed1 = x, mixed2 = x;
+    a1.ProcessAudio(alone1.data(), 1.0f, 0.3f, 1024);
+    b1.ProcessAudio(alone2.data(), 2.0f, 0.5f, 1024);
+    for (long start = 0; start < 1024; start += 64) {
+        a2.ProcessAudio(mixed1.data() + start, 1.0f, 0.3f, 64);
+        b2.ProcessAudio(mixed2.data() + start, 2.0f, 0.5f, 64);
+    }
+    EXPECT_EQ(mixed1, alone1);
+    EXPECT_EQ(mixed2, alone2);
+}
