@@ -1,5 +1,5 @@
 #include "ALLPASS.h"
-#include "spectrum.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ std::vector<float> noise(std::size_t length, unsigned seed) {
 
 // The pure all-pass part, through the filter's own coefficient.
 std::vector<float> allPassImpulseResponse(AllPass& filter, std::size_t length) {
-    std::vector<float> x = spectrum::impulse(length), y(length);
+    std::vector<float> x = measure::impulse(length), y(length);
     filter.DoAllPass(x.data(), y.data(), static_cast<long>(length), filter.getcoef());
     return y;
 }
@@ -43,11 +43,11 @@ TEST(AllPass, UnitMagnitudeAndQuarterTurnAtTheCutOff) {
             const std::vector<float> h = allPassImpulseResponse(filter, 1 << 16);
             SCOPED_TRACE(testing::Message() << "fc " << fc << " fs " << fs);
             for (double hz : {0.0, 0.1 * fc, double(fc), 3.0 * fc, 0.45 * fs, 0.5 * fs}) {
-                const double magnitude = std::abs(spectrum::dtft(h, hz, fs));
+                const double magnitude = std::abs(measure::dtft(h, hz, fs));
                 EXPECT_NEAR(magnitude, 1.0, 1e-6) << hz << " Hz";
                 worstMagnitude = std::max(worstMagnitude, std::fabs(magnitude - 1.0));
             }
-            const double phase = spectrum::phaseDegrees(spectrum::dtft(h, fc, fs));
+            const double phase = measure::phaseDegrees(measure::dtft(h, fc, fs));
             EXPECT_NEAR(phase, -90.0, 0.01);
             worstPhase = std::max(worstPhase, std::fabs(phase + 90.0));
         }
@@ -60,7 +60,7 @@ TEST(AllPass, DefaultObjectIs700HzAt44100) {
     EXPECT_EQ(filter.getfc(), 700.0f);
     EXPECT_EQ(filter.getfs(), 44100.0f);
     const std::vector<float> h = allPassImpulseResponse(filter, 4096);
-    EXPECT_NEAR(spectrum::phaseDegrees(spectrum::dtft(h, 700.0, 44100.0)), -90.0, 1e-3);
+    EXPECT_NEAR(measure::phaseDegrees(measure::dtft(h, 700.0, 44100.0)), -90.0, 1e-3);
 }
 
 TEST(AllPass, ImpulseResponseAfterResetStartsFromEmptyMemory) {
@@ -102,12 +102,12 @@ TEST(AllPass, LowBandPassesDcAndBlocksNyquist) {
     const float fs = 44100.0f;
     AllPass filter(1 << 15);
     filter.SetCutOff(500.0f, fs);
-    std::vector<float> h = spectrum::impulse(1 << 15);
+    std::vector<float> h = measure::impulse(1 << 15);
     filter.ProcessAudio(h.data(), 1.0f, 0.0f, static_cast<long>(h.size()));
-    EXPECT_NEAR(std::abs(spectrum::dtft(h, 0.0, fs)), 1.0, 1e-5);
-    EXPECT_NEAR(std::abs(spectrum::dtft(h, fs / 2.0, fs)), 0.0, 1e-5);
+    EXPECT_NEAR(std::abs(measure::dtft(h, 0.0, fs)), 1.0, 1e-5);
+    EXPECT_NEAR(std::abs(measure::dtft(h, fs / 2.0, fs)), 0.0, 1e-5);
     // Both bands are at -3 dB at the crossover.
-    EXPECT_NEAR(std::abs(spectrum::dtft(h, 500.0, fs)), std::sqrt(0.5), 1e-5);
+    EXPECT_NEAR(std::abs(measure::dtft(h, 500.0, fs)), std::sqrt(0.5), 1e-5);
 }
 
 TEST(AllPass, DecibelVariantsInvertTheHighBand) {
@@ -166,7 +166,7 @@ TEST(AllPass, BlocksLongerThanTheBufferAreProcessedWhole) {
 TEST(AllPass, DecayingTailStaysOutOfSubnormals) {
     AllPass filter(4096);
     filter.SetCutOff(50.0f, 48000.0f);
-    std::vector<float> io = spectrum::impulse(4096);
+    std::vector<float> io = measure::impulse(4096);
     for (int block = 0; block < 100; ++block) {
         filter.ProcessAudio(io.data(), 1.0f, 0.5f, 4096);
         for (float v : io) ASSERT_NE(std::fpclassify(v), FP_SUBNORMAL) << "block " << block;

@@ -1,6 +1,6 @@
 #include "ZelAPHilbert.h"
 #include "ZelSOS.h"
-#include "spectrum.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 
@@ -71,13 +71,13 @@ TEST(ZelAPHilbert, EqualGainsAndQuarterTurnFrom100HzTo23kHz) {
     const double fs = 48000.0;
     // The slowest pole pair decays by 1e-12 within about 22000 samples.
     ZelAPHilbert hilbert;
-    const Outputs h = split(hilbert, spectrum::impulse(1 << 16));
+    const Outputs h = split(hilbert, measure::impulse(1 << 16));
     double worstPhase = 0.0, worstGain = 0.0, worstAt = 0.0;
     for (double hz = 100.0; hz <= 23000.0; hz *= 1.02) {
-        const std::complex<double> h1 = spectrum::dtft(h.out1, hz, fs);
-        const std::complex<double> h2 = spectrum::dtft(h.out2, hz, fs);
+        const std::complex<double> h1 = measure::dtft(h.out1, hz, fs);
+        const std::complex<double> h2 = measure::dtft(h.out2, hz, fs);
         // out1 lags out2: arg(h2) - arg(h1) is +90 degrees.
-        const double lag = spectrum::wrapDegrees(spectrum::degrees(std::arg(h2) - std::arg(h1)));
+        const double lag = measure::wrapDegrees(measure::degrees(std::arg(h2) - std::arg(h1)));
         // The equiripple design itself ripples by 0.702 degrees.
         EXPECT_NEAR(lag, 90.0, 0.705) << hz << " Hz";
         EXPECT_NEAR(std::abs(h1), 1.0, 1e-5) << hz << " Hz";
@@ -94,7 +94,7 @@ TEST(ZelAPHilbert, EqualGainsAndQuarterTurnFrom100HzTo23kHz) {
 
 TEST(ZelAPHilbert, DecayingTailStaysOutOfSubnormals) {
     ZelAPHilbert hilbert;
-    std::vector<float> in = spectrum::impulse(1 << 14), out1(in.size()), out2(in.size());
+    std::vector<float> in = measure::impulse(1 << 14), out1(in.size()), out2(in.size());
     for (int block = 0; block < 100; ++block) {
         hilbert.processaudio(in.data(), out1.data(), out2.data(), static_cast<int>(in.size()));
         for (std::size_t i = 0; i < in.size(); ++i) {

@@ -1,4 +1,4 @@
-#include "spectrum.h"
+#include "measure.h"
 #include "tarnshelf.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ std::vector<double> impulseResponse(const tarnshelf& shelf) {
 }
 
 double gainAt(const tarnshelf& shelf, double hz, double fs) {
-    return std::abs(spectrum::dtft(impulseResponse(shelf), hz, fs));
+    return std::abs(measure::dtft(impulseResponse(shelf), hz, fs));
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 #include <complex>
 #include <vector>
 
-namespace spectrum {
+namespace measure {
 
 constexpr double kPi = 3.14159265358979323846;
 
@@ -48,4 +48,4 @@ inline double wrapDegrees(double d) {
     return d;
 }
 
-} // namespace spectrum
+} // namespace measure
