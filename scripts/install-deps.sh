@@ -10,6 +10,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   # editor platform layer (XCB + Cairo) and its X tests
   libxcb1-dev libcairo2-dev libxcb-xtest0-dev xvfb xauth
+  # editor images, drawn at build time with Cairo in the DejaVu fonts
+  libfontconfig-dev fonts-dejavu-core
   # command-line renderer
   libsndfile1-dev
   # real host used by the host-compatibility test
