@@ -6,20 +6,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <vector>
 
 namespace {
 
 constexpr float kMinusInfinityDb = -std::numeric_limits<float>::infinity();
-
-std::vector<float> noise(std::size_t length, unsigned seed) {
-    std::mt19937 generator(seed);
-    std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
-    std::vector<float> x(length);
-    for (float& v : x) v = uniform(generator);
-    return x;
-}
 
 // The pure all-pass part, through the filter's own coefficient.
 std::vector<float> allPassImpulseResponse(AllPass& filter, std::size_t length) {
@@ -66,7 +57,7 @@ TEST(AllPass, DefaultObjectIs700HzAt44100) {
 TEST(AllPass, ImpulseResponseAfterResetStartsFromEmptyMemory) {
     AllPass filter(64);
     filter.SetCutOff(1200.0f, 48000.0f);
-    std::vector<float> dirty = noise(64, 7), out(64);
+    std::vector<float> dirty = measure::noise(64, 7), out(64);
     filter.DoAllPass(dirty.data(), out.data(), 64, filter.getcoef());
     filter.Reset();
 
@@ -79,7 +70,7 @@ TEST(AllPass, ImpulseResponseAfterResetStartsFromEmptyMemory) {
 }
 
 TEST(AllPass, LinearVariantsGiveBackTheInputAtUnitGains) {
-    std::vector<float> x = noise(4000, 1);
+    std::vector<float> x = measure::noise(4000, 1);
     AllPass separate(512), inPlace(512);
     separate.SetCutOff(300.0f, 48000.0f);
     inPlace.SetCutOff(300.0f, 48000.0f);
@@ -111,7 +102,7 @@ TEST(AllPass, LowBandPassesDcAndBlocksNyquist) {
 }
 
 TEST(AllPass, DecibelVariantsInvertTheHighBand) {
-    std::vector<float> x = noise(2000, 3);
+    std::vector<float> x = measure::noise(2000, 3);
     const long n = static_cast<long>(x.size());
     auto run = [&](float gLo, float gHi, bool decibels) {
         AllPass filter(2000);
@@ -148,7 +139,7 @@ TEST(AllPass, DecibelVariantsInvertTheHighBand) {
 }
 
 TEST(AllPass, BlocksLongerThanTheBufferAreProcessedWhole) {
-    std::vector<float> x = noise(1000, 11);
+    std::vector<float> x = measure::noise(1000, 11);
     AllPass small(16), large(1000), empty(0), negative(-5);
     for (AllPass* f : {&small, &large, &empty, &negative}) f->SetCutOff(150.0f, 44100.0f);
     std::vector<float> expected(x.size());
@@ -184,7 +175,7 @@ TEST(AllPass, EmptyAndNegativeBlocksTouchNothing) {
 }
 
 TEST(AllPass, InstancesInterleavedOnOneThreadDoNotDisturbEachOther) {
-    std::vector<float> x = noise(1024, 5);
+    std::vector<float> x = measure::noise(1024, 5);
     AllPass a1(64), b1(64), a2(64), b2(64);
     for (AllPass* f : {&a1, &a2}) f->SetCutOff(100.0f, 48000.0f);
     for (AllPass* f : {&b1, &b2}) f->SetCutOff(5000.0f, 48000.0f);

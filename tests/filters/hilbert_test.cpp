@@ -6,18 +6,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 #include <vector>
 
 namespace {
-
-std::vector<float> noise(std::size_t length, unsigned seed) {
-    std::mt19937 generator(seed);
-    std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
-    std::vector<float> x(length);
-    for (float& v : x) v = uniform(generator);
-    return x;
-}
 
 struct Outputs {
     std::vector<float> out1, out2;
@@ -33,7 +24,7 @@ Outputs split(ZelAPHilbert& hilbert, std::vector<float> in) {
 
 TEST(ZelSOS, DefaultSectionPassesItsInputThrough) {
     ZelSOS section;
-    std::vector<float> x = noise(256, 2), y(256);
+    std::vector<float> x = measure::noise(256, 2), y(256);
     std::fill(x.begin() + 200, x.end(), 0.0f); // silence carries the anti-denormal offset
     section.processaudio(x.data(), y.data(), 256);
     for (std::size_t i = 0; i < x.size(); ++i) ASSERT_EQ(y[i], x[i] + 1e-20f) << i;
@@ -45,7 +36,7 @@ TEST(ZelSOS, DelayedFormIsThePlainFormOneSampleLater) {
         s->setFF(0.3f, -0.2f, 0.7f);
         s->setFB(1.0f, -0.5f, 0.25f);
     }
-    std::vector<float> x = noise(500, 4), y(500), z = x;
+    std::vector<float> x = measure::noise(500, 4), y(500), z = x;
     plain.processaudio(x.data(), y.data(), 500);
     delayed.processaudio(z.data(), 500, true);
     EXPECT_EQ(z[0], 0.0f);
@@ -54,7 +45,7 @@ TEST(ZelSOS, DelayedFormIsThePlainFormOneSampleLater) {
 
 TEST(ZelSOS, DelayedPassThroughIsAOneSampleDelay) {
     ZelSOS section;
-    std::vector<float> x = noise(64, 9);
+    std::vector<float> x = measure::noise(64, 9);
     x[0] = 0.5f;
     std::fill(x.begin() + 40, x.end(), 0.0f);
     std::vector<float> io = x;
@@ -106,7 +97,7 @@ TEST(ZelAPHilbert, DecayingTailStaysOutOfSubnormals) {
 }
 
 TEST(ZelAPHilbert, RandomBlockSizesGiveBitIdenticalOutput) {
-    const std::vector<float> x = noise(20000, 12);
+    const std::vector<float> x = measure::noise(20000, 12);
     ZelAPHilbert whole, pieces;
     const Outputs expected = split(whole, x);
 
@@ -123,9 +114,9 @@ TEST(ZelAPHilbert, RandomBlockSizesGiveBitIdenticalOutput) {
 }
 
 TEST(ZelAPHilbert, ResumeStartsAfresh) {
-    const std::vector<float> x = noise(3000, 21);
+    const std::vector<float> x = measure::noise(3000, 21);
     ZelAPHilbert fresh, reused;
-    split(reused, noise(777, 22));
+    split(reused, measure::noise(777, 22));
     reused.resume();
     const Outputs a = split(fresh, x), b = split(reused, x);
     EXPECT_EQ(a.out1, b.out1);
@@ -133,7 +124,7 @@ TEST(ZelAPHilbert, ResumeStartsAfresh) {
 }
 
 TEST(ZelAPHilbert, InputMayShareABufferWithEitherOutput) {
-    const std::vector<float> x = noise(1000, 31);
+    const std::vector<float> x = measure::noise(1000, 31);
     ZelAPHilbert reference, first, second;
     const Outputs expected = split(reference, x);
 

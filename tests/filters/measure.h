@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <complex>
+#include <random>
 #include <vector>
 
 namespace measure {
@@ -15,6 +16,15 @@ constexpr double kPi = 3.14159265358979323846;
 inline std::vector<float> impulse(std::size_t length) {
     std::vector<float> x(length, 0.0f);
     if (length > 0) x[0] = 1.0f;
+    return x;
+}
+
+// Reproducible white noise in -1..1.
+inline std::vector<float> noise(std::size_t length, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
+    std::vector<float> x(length);
+    for (float& v : x) v = uniform(generator);
     return x;
 }
 

@@ -99,13 +99,6 @@ TEST(TarnShelf, SwappingTheGainsSwapsZeroAndPole) {
     EXPECT_FLOAT_EQ(up.getcoef(1), down.getcoef(0));
 }
 
-TEST(TarnShelf, OutOfRangeCoefficientIndexReadsZero) {
-    tarnshelf shelf;
-    shelf.init(48000.0f, 1000.0f, 2.0f, 1.0f);
-    EXPECT_EQ(shelf.getcoef(-1), 0.0f);
-    EXPECT_EQ(shelf.getcoef(3), 0.0f);
-}
-
 // Inputs (found by search) that put c - t or c + t exactly at the guard's
 // threshold or one float below it; the guard is strict, so only "below" trips.
 class ShelfGuard : public testing::Test {
