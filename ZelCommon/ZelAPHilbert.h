@@ -13,7 +13,8 @@ class ZelAPHilbert {
 public:
     ZelAPHilbert();
 
-    // out1 and out2 must be distinct; in may be either of them.
+    // in may share a buffer with either output; a call with out1 == out2, a null
+    // buffer or n <= 0 processes nothing.
     void processaudio(float* in, float* out1, float* out2, int n);
     void resume();
 
