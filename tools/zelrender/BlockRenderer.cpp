@@ -1,0 +1,71 @@
+#include "BlockRenderer.h"
+
+#include "Interruption.h"
+
+#include <cmath>
+
+void ParameterSchedule::add(std::int64_t frame, const std::vector<ParameterWrite>& writes) {
+    if (!list.empty() && frame < list.back().frame) {
+        throw std::logic_error("parameter writes must be added in time order");
+    }
+    for (const ParameterWrite& write : writes) list.push_back({frame, write});
+}
+
+void ParameterSchedule::addPath(const AutomationPath& path, double sampleRate,
+                                ParameterMapping& mapping) {
+    bool first = true;
+    for (const TimedPosition& point : path.points()) {
+        const std::int64_t frame = first ? 0 : std::llround(point.seconds * sampleRate);
+        add(frame, positionWrites(point.position, mapping));
+        first = false;
+    }
+}
+
+BlockRenderer::BlockRenderer(VstPlugin& plugin_, int blockSize_, int outputCount)
+    : plugin(plugin_), blockSize(blockSize_), input(blockSize_),
+      outputs(outputCount, std::vector<float>(blockSize_)) {}
+
+void BlockRenderer::render(MonoSource& source, AmbisonicSink& sink,
+                           const ParameterSchedule& schedule, ProgressBar& progress) {
+    const std::vector<ParameterChange>& changes = schedule.changes();
+    std::size_t next = 0;
+    auto sendDueWrites = [&](std::int64_t frame) {
+        for (; next < changes.size() && changes[next].frame <= frame; ++next) {
+            plugin.setParameter(changes[next].write.index, changes[next].write.value);
+        }
+    };
+
+    sendDueWrites(0);
+    plugin.setMains(true);
+
+    std::vector<float*> outPointers(outputs.size());
+    std::vector<const float*> blockPointers(outputs.size());
+    for (std::size_t c = 0; c < outputs.size(); ++c) blockPointers[c] = outputs[c].data();
+
+    std::int64_t done = 0;
+    for (;;) {
+        if (Interruption::requested()) throw std::runtime_error("interrupted");
+        const int frames = source.read(input.data(), blockSize);
+        if (frames == 0) break;
+
+        for (int offset = 0; offset < frames;) {
+            sendDueWrites(done + offset);
+            int end = frames;
+            if (next < changes.size() && changes[next].frame < done + frames) {
+                end = static_cast<int>(changes[next].frame - done);
+            }
+            float* in = input.data() + offset;
+            for (std::size_t c = 0; c < outputs.size(); ++c) {
+                outPointers[c] = outputs[c].data() + offset;
+            }
+            plugin.processReplacing(&in, outPointers.data(), end - offset);
+            offset = end;
+        }
+
+        sink.write(blockPointers.data(), frames);
+        done += frames;
+        progress.update(done);
+    }
+    plugin.setMains(false);
+    progress.finish();
+}

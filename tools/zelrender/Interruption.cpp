@@ -1,0 +1,20 @@
+#include "Interruption.h"
+
+#include <csignal>
+
+namespace {
+volatile std::sig_atomic_t flag = 0;
+extern "C" void onSignal(int) {
+    flag = 1;
+}
+} // namespace
+
+void Interruption::install() {
+    std::signal(SIGINT, onSignal);
+    std::signal(SIGTERM, onSignal);
+    std::signal(SIGHUP, onSignal);
+}
+
+bool Interruption::requested() {
+    return flag != 0;
+}

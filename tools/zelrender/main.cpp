@@ -1,0 +1,131 @@
+// zelrender: renders a mono file (or the built-in demo) through the encoder
+// plug-in into a 16-channel ambisonic WAV, loading the plug-in as a host does.
+
+#include "AudioFiles.h"
+#include "AutomationPath.h"
+#include "BlockRenderer.h"
+#include "CommandLine.h"
+#include "DemoScene.h"
+#include "Interruption.h"
+#include "PluginInfo.h"
+#include "PluginLocator.h"
+#include "ProgressBar.h"
+#include "VstPlugin.h"
+
+#include <iostream>
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kInputs = 1;
+constexpr int kAmbisonicChannels = 16;
+constexpr double kInfoSampleRate = 48000.0;
+
+// Everything a render needs besides the plug-in, gathered before the plug-in
+// is loaded so that bad input is refused early.
+struct Job {
+    std::unique_ptr<MonoSource> source;
+    AutomationPath path;
+    std::optional<double> compensation;
+};
+
+Job makeJob(const Options& options) {
+    Job job;
+    if (options.inputPath.empty() && !options.info) {
+        job.source = std::make_unique<DemoSignal>();
+        job.path = DemoScene::trajectory();
+        job.compensation = options.compensationGiven
+                               ? options.compensation
+                               : std::optional<double>(DemoScene::kCompensationMetres);
+        return job;
+    }
+    if (!options.inputPath.empty())
+        job.source = std::make_unique<MonoFileReader>(options.inputPath);
+    job.path = options.pathFile.empty() ? AutomationPath({{0.0, options.position}})
+                                        : AutomationPath::load(options.pathFile);
+    job.compensation = options.compensation;
+    return job;
+}
+
+ParameterSchedule scheduleFor(const Job& job, double sampleRate) {
+    ParameterMapping mapping;
+    ParameterSchedule schedule;
+    schedule.add(0, {{kCompensationParam, mapping.compensation(job.compensation)}});
+    schedule.addPath(job.path, sampleRate, mapping);
+    return schedule;
+}
+
+// The set-up a DAW does before switching a plug-in on.
+void prepare(VstPlugin& plugin, const Options& options, double sampleRate) {
+    plugin.open();
+    plugin.setSampleRate(static_cast<float>(sampleRate));
+    plugin.setBlockSize(options.blockSize);
+    if (options.program) plugin.setProgram(*options.program - 1);
+}
+
+int showInfo(const Options& options) {
+    Job job = makeJob(options);
+    const double rate = job.source ? job.source->sampleRate() : kInfoSampleRate;
+    const ParameterSchedule schedule = scheduleFor(job, rate);
+    LoadedPlugin loaded(options.pluginPath.empty() ? PluginLocator::find() : options.pluginPath);
+    VstPlugin& plugin = loaded.plugin();
+    plugin.requireChannels(kInputs, kAmbisonicChannels);
+    prepare(plugin, options, rate);
+    // Show the state a render with these options starts from.
+    for (const ParameterChange& change : schedule.changes()) {
+        if (change.frame == 0) plugin.setParameter(change.write.index, change.write.value);
+    }
+    PluginInfo::print(plugin, std::cout);
+    return 0;
+}
+
+int render(const Options& options) {
+    Interruption::install();
+    Job job = makeJob(options);
+    MonoSource& source = *job.source;
+    const double rate = source.sampleRate();
+    const ParameterSchedule schedule = scheduleFor(job, rate);
+
+    LoadedPlugin loaded(options.pluginPath.empty() ? PluginLocator::find() : options.pluginPath);
+    VstPlugin& plugin = loaded.plugin();
+    plugin.requireChannels(kInputs, kAmbisonicChannels);
+    prepare(plugin, options, rate);
+
+    AtomicWavWriter output(options.outputPath, kAmbisonicChannels, static_cast<int>(rate),
+                           source.frames());
+    ProgressBar progress(
+        std::cerr, source.frames(), rate,
+        !options.quiet && ProgressBar::wanted(source.frames(), rate, isatty(STDERR_FILENO) != 0));
+    BlockRenderer(plugin, options.blockSize, kAmbisonicChannels)
+        .render(source, output, schedule, progress);
+    output.commit();
+    if (!options.quiet) {
+        std::cerr << "zelrender: wrote " << options.outputPath << " (" << kAmbisonicChannels
+                  << " channels, ACN/SN3D, " << source.frames() << " frames at " << rate
+                  << " Hz)\n";
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const Options options = CommandLine::parse({argv + 1, argv + argc});
+        if (options.help) {
+            std::cout << CommandLine::usage();
+            return 0;
+        }
+        return options.info ? showInfo(options) : render(options);
+    } catch (const UsageError& error) {
+        std::cerr << "zelrender: " << error.what() << "\n(zelrender --help shows the usage)\n";
+        return 2;
+    } catch (const ValueError& error) {
+        std::cerr << "zelrender: " << error.what() << '\n';
+        return 2;
+    } catch (const std::exception& error) {
+        std::cerr << "zelrender: " << error.what() << '\n';
+        return 1;
+    }
+}
