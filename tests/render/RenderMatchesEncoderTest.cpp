@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <fstream>
 #include <sstream>
 
 namespace {
@@ -258,6 +259,17 @@ TEST_F(RenderMatchesEncoder, CartesianPathThroughTheCentreWithoutCompensation) {
         out,
         reference(input, 48000, 64, std::nullopt, writesFor(std::nullopt, parsePath(text), 48000)),
         48000);
+}
+
+// A time-stamped PEAK chunk would make every render of the same input differ.
+TEST_F(RenderMatchesEncoder, OutputHeaderCarriesNoTimeStamp) {
+    writeInput(0.1, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 16);
+    render({});
+    std::ifstream file(dir.file("out.wav"), std::ios::binary);
+    std::string header(512, '\0');
+    file.read(header.data(), static_cast<std::streamsize>(header.size()));
+    EXPECT_EQ(header.compare(0, 4, "RIFF"), 0);
+    EXPECT_EQ(header.find("PEAK"), std::string::npos);
 }
 
 TEST_F(RenderMatchesEncoder, BuiltInDemo) {

@@ -95,6 +95,9 @@ AtomicWavWriter::AtomicWavWriter(const std::string& path_, int channels, int sam
         unlink(temporaryPath.c_str());
         throw AudioFileError("cannot write '" + path + "': " + reason);
     }
+    // The PEAK chunk carries a time stamp; without it the same render gives
+    // the same bytes every time.
+    sf_command(file, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
 }
 
 AtomicWavWriter::~AtomicWavWriter() {
