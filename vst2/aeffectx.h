@@ -4,6 +4,7 @@
 // and the small records exchanged with the host. Written from the published
 // binary interface; names and values are the ones every host uses.
 
+#include <cstddef>
 #include <cstdint>
 
 using VstInt16 = int16_t;
@@ -23,7 +24,16 @@ using AEffectProcessDoubleProc = void (*)(AEffect* effect, double** inputs, doub
 using AEffectSetParameterProc = void (*)(AEffect* effect, VstInt32 index, float parameter);
 using AEffectGetParameterProc = float (*)(AEffect* effect, VstInt32 index);
 
-constexpr VstInt32 kEffectMagic = 0x56737450; // 'VstP'
+// Four characters packed big-endian into one 32-bit value, as in unique IDs.
+constexpr VstInt32 fourCharCode(char a, char b, char c, char d) {
+    return static_cast<VstInt32>((static_cast<uint32_t>(static_cast<unsigned char>(a)) << 24) |
+                                 (static_cast<uint32_t>(static_cast<unsigned char>(b)) << 16) |
+                                 (static_cast<uint32_t>(static_cast<unsigned char>(c)) << 8) |
+                                 static_cast<uint32_t>(static_cast<unsigned char>(d)));
+}
+
+constexpr VstInt32 kEffectMagic = fourCharCode('V', 's', 't', 'P');
+static_assert(kEffectMagic == 0x56737450, "magic");
 
 struct AEffect {
     VstInt32 magic;
@@ -97,8 +107,8 @@ enum AEffectOpcodes : VstInt32 {
     effGetInputProperties,
     effGetOutputProperties,
     effGetPlugCategory,
-    effGetCurrentPosition,    // deprecated
-    effGetDestinationBuffer,  // deprecated
+    effGetCurrentPosition,   // deprecated
+    effGetDestinationBuffer, // deprecated
     effOfflineNotify,
     effOfflinePrepare,
     effOfflineRun,
@@ -114,8 +124,8 @@ enum AEffectOpcodes : VstInt32 {
     effVendorSpecific,
     effCanDo,
     effGetTailSize,
-    effIdle,       // deprecated
-    effGetIcon,    // deprecated
+    effIdle,            // deprecated
+    effGetIcon,         // deprecated
     effSetViewPosition, // deprecated
     effGetParameterProperties,
     effKeysRequired, // deprecated
@@ -225,3 +235,15 @@ struct ERect {
 static_assert(sizeof(VstPinProperties) == 128, "VstPinProperties layout");
 static_assert(sizeof(ERect) == 8, "ERect layout");
 static_assert(sizeof(void*) != 8 || sizeof(AEffect) == 192, "AEffect layout on 64-bit hosts");
+
+// Spot checks of the opcode numbering, which hosts hard-code.
+static_assert(effGetProgramNameIndexed == 29 && effGetInputProperties == 33 &&
+                  effGetPlugCategory == 35 && effSetBypass == 44 && effCanDo == 51 &&
+                  effGetParameterProperties == 56 && effGetVstVersion == 58 &&
+                  effGetSpeakerArrangement == 69 && effStartProcess == 71 &&
+                  effGetNumMidiOutputChannels == 79,
+              "effect opcode numbering");
+static_assert(offsetof(AEffect, flags) == (sizeof(void*) == 8 ? 56 : 36) &&
+                  offsetof(AEffect, object) == (sizeof(void*) == 8 ? 96 : 64) &&
+                  offsetof(AEffect, processReplacing) == (sizeof(void*) == 8 ? 120 : 80),
+              "AEffect field offsets");

@@ -14,7 +14,7 @@ public:
     virtual AudioEffect* getEffect() { return effect; }
     // Answers the window size; the rectangle stays owned by the editor.
     virtual bool getRect(ERect** rect) {
-        *rect = nullptr;
+        if (rect) *rect = nullptr;
         return false;
     }
     // parent: the host's window (an X11 window id on Linux).
@@ -27,6 +27,10 @@ public:
     // Called from the host's GUI thread, about every 40 ms.
     virtual void idle() {}
     virtual bool setKnobMode(VstInt32 /*val*/) { return false; }
+    // A parameter changed, from the host or from the editor itself. Editors
+    // that show parameters override it; it is called whether or not the
+    // window is open.
+    virtual void setParameter(VstInt32 /*index*/, float /*value*/) {}
 
 protected:
     AudioEffect* effect;

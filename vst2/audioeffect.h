@@ -10,10 +10,18 @@ class AEffEditor;
 //
 // Defaults: 44100 Hz, block size 1024, AEffect version 1, processReplacing
 // enabled, no chunks, no tail.
+//
+// The dispatcher never hands a null text or record pointer on, refuses
+// program numbers outside 0 .. numPrograms-1, and the process entries drop a
+// call whose buffers are missing or whose frame count is negative, so a
+// malformed host request cannot make the effect touch memory it does not own.
 class AudioEffect {
 public:
     AudioEffect(audioMasterCallback audioMaster, VstInt32 numPrograms, VstInt32 numParams);
     virtual ~AudioEffect(); // deletes the editor, if any
+    // The AEffect record points back at this object: it must stay put.
+    AudioEffect(const AudioEffect&) = delete;
+    AudioEffect& operator=(const AudioEffect&) = delete;
 
     virtual VstIntPtr dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                                  float opt);
@@ -107,6 +115,7 @@ public:
     void resume() override; // asks for MIDI events only for synths or MIDI receivers
 
     virtual bool canParameterBeAutomated(VstInt32 /*index*/) { return true; }
+    virtual bool string2parameter(VstInt32 /*index*/, char* /*text*/) { return false; }
     virtual bool getProgramNameIndexed(VstInt32 /*category*/, VstInt32 /*index*/, char* /*text*/) {
         return false;
     }
@@ -129,4 +138,8 @@ public:
     virtual VstInt32 getNumMidiOutputChannels() { return 0; }
     virtual void isSynth(bool state = true);
     virtual void noTail(bool state = true);
+
+protected:
+    // Asks the host to send MIDI events to this effect.
+    void wantEvents();
 };
