@@ -14,7 +14,7 @@ AutomationPath parse(const std::string& text) {
     return AutomationPath::parse(in, "test.path");
 }
 
-TEST(AutomationPath, ReadsPolarLinesWithCommentsAndOff) {
+TEST(ZelrenderPathFile, ReadsPolarLinesWithCommentsAndOff) {
     const AutomationPath path = parse("# a trajectory\n\n  polar   # form\n"
                                       "0   -90  10  off\n"
                                       "\t1.5e0 359.5 -90 0.25 # closest\n");
@@ -29,7 +29,7 @@ TEST(AutomationPath, ReadsPolarLinesWithCommentsAndOff) {
     EXPECT_EQ(second.distance, 0.25);
 }
 
-TEST(AutomationPath, ReadsCartesianLines) {
+TEST(ZelrenderPathFile, ReadsCartesianLines) {
     const AutomationPath path = parse("cartesian\n0 1 -2 0.5\n0 0 0 0\n");
     ASSERT_EQ(path.points().size(), 2u);
     const auto& first = std::get<CartesianPosition>(path.points()[0].position);
@@ -38,7 +38,7 @@ TEST(AutomationPath, ReadsCartesianLines) {
     EXPECT_EQ(first.z, 0.5);
 }
 
-TEST(AutomationPath, ErrorsNameTheLine) {
+TEST(ZelrenderPathFile, ErrorsNameTheLine) {
     try {
         parse("polar\n0 0 0 1\n\n# fine so far\n2 0 0 4.5\n");
         FAIL() << "out-of-range distance accepted";
@@ -50,7 +50,7 @@ TEST(AutomationPath, ErrorsNameTheLine) {
     EXPECT_THROW(parse(""), ValueError);
 }
 
-TEST(ParameterSchedule, PathPositionsLandOnRoundedFramesFirstAtZero) {
+TEST(ZelrenderSchedule, PathPositionsLandOnRoundedFramesFirstAtZero) {
     ParameterMapping mapping;
     ParameterSchedule schedule;
     schedule.add(0, {{kCompensationParam, 1.0f}});

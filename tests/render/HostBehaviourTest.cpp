@@ -27,7 +27,7 @@ std::string param(int index, float value) {
     return text;
 }
 
-class HostBehaviour : public ::testing::Test {
+class ZelrenderHostBehaviour : public ::testing::Test {
 protected:
     void SetUp() override {
         input = testNoise(1000, 7);
@@ -47,7 +47,7 @@ protected:
     ParameterMapping mapping;
 };
 
-TEST_F(HostBehaviour, StartsLikeADawAndSplitsBlocksAtTimeStamps) {
+TEST_F(ZelrenderHostBehaviour, StartsLikeADawAndSplitsBlocksAtTimeStamps) {
     dir.writeText("path.txt", "polar\n"
                               "0.004    0  0 off  # the first position also holds before it\n"
                               "0.00425 90  0 2    # frame 204, inside the third block\n"
@@ -89,7 +89,7 @@ TEST_F(HostBehaviour, StartsLikeADawAndSplitsBlocksAtTimeStamps) {
     for (long long i = 0; i < out.frames(); ++i) ASSERT_EQ(out.samples[i * 16], input[i]) << i;
 }
 
-TEST_F(HostBehaviour, CartesianPositionStartsFromTheCentre) {
+TEST_F(ZelrenderHostBehaviour, CartesianPositionStartsFromTheCentre) {
     ASSERT_EQ(render({"--x", "1", "--y", "-2", "--z", "0.5"}).exitCode, 0);
     const std::vector<std::string> log = lines(dir.file("requests.log"));
     const std::vector<std::string> writes = {
@@ -100,7 +100,7 @@ TEST_F(HostBehaviour, CartesianPositionStartsFromTheCentre) {
     EXPECT_EQ(log[4 + writes.size()], "mains 1");
 }
 
-TEST_F(HostBehaviour, WithoutOptionsTheSourceIsAheadAndFar) {
+TEST_F(ZelrenderHostBehaviour, WithoutOptionsTheSourceIsAheadAndFar) {
     ASSERT_EQ(render({"--block", "1000"}).exitCode, 0);
     const std::vector<std::string> expected = {"host version 2400",
                                                "open",

@@ -12,9 +12,9 @@
 
 namespace {
 
-class MappingRoundTrip : public ::testing::Test {
+class ZelrenderMappingRoundTrip : public ::testing::Test {
 protected:
-    MappingRoundTrip() : loaded(ZEL_PLUGIN_PATH), plugin(loaded.plugin()) {
+    ZelrenderMappingRoundTrip() : loaded(ZEL_PLUGIN_PATH), plugin(loaded.plugin()) {
         plugin.open();
         plugin.setSampleRate(48000.0f);
     }
@@ -35,7 +35,7 @@ protected:
     ParameterMapping mapping;
 };
 
-TEST_F(MappingRoundTrip, AnglesShowAsTyped) {
+TEST_F(ZelrenderMappingRoundTrip, AnglesShowAsTyped) {
     EXPECT_EQ(shown(kAzimuthParam, mapping.azimuth(45)), "45");
     EXPECT_EQ(shown(kAzimuthParam, mapping.azimuth(-90)), "270");
     EXPECT_EQ(shown(kAzimuthParam, mapping.azimuth(-360)), "0");
@@ -56,7 +56,7 @@ TEST_F(MappingRoundTrip, AnglesShowAsTyped) {
 
 // The display truncates to hundredths, so an image a hair below the typed
 // value would show one hundredth less: every hundredth is checked.
-TEST_F(MappingRoundTrip, DistancesShowAsTypedToTheHundredth) {
+TEST_F(ZelrenderMappingRoundTrip, DistancesShowAsTypedToTheHundredth) {
     for (int cm = 0; cm < 400; ++cm) {
         ASSERT_EQ(shown(kDistanceParam, mapping.distance(cm / 100.0)), twoDecimals(cm / 100.0))
             << cm;
@@ -72,7 +72,7 @@ TEST_F(MappingRoundTrip, DistancesShowAsTypedToTheHundredth) {
     EXPECT_EQ(shown(kCompensationParam, mapping.compensation(std::nullopt)), "off");
 }
 
-TEST_F(MappingRoundTrip, CoordinatesShowAsTypedToTheHundredth) {
+TEST_F(ZelrenderMappingRoundTrip, CoordinatesShowAsTypedToTheHundredth) {
     for (int cm = -400; cm <= 400; ++cm) {
         // Each axis alone, from the centre, so that no write leaves the sphere.
         for (ParameterIndex axis : {kXParam, kYParam, kZParam}) {
@@ -88,7 +88,7 @@ TEST_F(MappingRoundTrip, CoordinatesShowAsTypedToTheHundredth) {
     }
 }
 
-TEST(ParameterMapping, NormalisedValuesAreTheInversesOfTheEncoderMaps) {
+TEST(ZelrenderParameterMapping, NormalisedValuesAreTheInversesOfTheEncoderMaps) {
     ParameterMapping mapping;
     auto near = [](float value, double exact) { return std::fabs(value - exact) <= 1e-6; };
     EXPECT_TRUE(near(mapping.azimuth(90), 0.25));

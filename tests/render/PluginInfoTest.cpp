@@ -37,7 +37,7 @@ RunResult info(std::vector<std::string> options = {}) {
     return runZelrender(options);
 }
 
-TEST(PluginInfo, IdentityAsTheHostSeesIt) {
+TEST(ZelrenderInfo, IdentityAsTheHostSeesIt) {
     const RunResult result = info();
     ASSERT_EQ(result.exitCode, 0) << result.err;
     for (const char* line :
@@ -49,7 +49,7 @@ TEST(PluginInfo, IdentityAsTheHostSeesIt) {
     }
 }
 
-TEST(PluginInfo, PinsParametersAndPrograms) {
+TEST(ZelrenderInfo, PinsParametersAndPrograms) {
     const RunResult result = info();
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(section(result.out, "Inputs:"),
@@ -82,7 +82,7 @@ TEST(PluginInfo, PinsParametersAndPrograms) {
     EXPECT_EQ(programs[16], "  16  Prog 16");
 }
 
-TEST(PluginInfo, ShowsThePositionARenderWouldStartFrom) {
+TEST(ZelrenderInfo, ShowsThePositionARenderWouldStartFrom) {
     const RunResult result =
         info({"--azimuth", "-90", "--elevation", "30", "--distance", "1.5", "--nfc", "2"});
     ASSERT_EQ(result.exitCode, 0) << result.err;

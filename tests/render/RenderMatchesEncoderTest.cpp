@@ -160,7 +160,7 @@ AutomationPath parsePath(const std::string& text) {
     return AutomationPath::parse(in, "path");
 }
 
-class RenderMatchesEncoder : public ::testing::Test {
+class ZelrenderMatchesEncoder : public ::testing::Test {
 protected:
     std::vector<float> writeInput(double seconds, int rate, int format, unsigned seed) {
         std::vector<float> samples = testNoise(std::llround(seconds * rate), seed);
@@ -198,7 +198,7 @@ protected:
     bool demo = false;
 };
 
-TEST_F(RenderMatchesEncoder, FixedPolarPositionWithCompensation) {
+TEST_F(ZelrenderMatchesEncoder, FixedPolarPositionWithCompensation) {
     const auto input = writeInput(1.3, 44100, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 11);
     const AudioData out = render({"--azimuth", "135", "--elevation", "-20", "--distance", "1.2",
                                   "--nfc", "1.5", "--block", "256"});
@@ -207,7 +207,7 @@ TEST_F(RenderMatchesEncoder, FixedPolarPositionWithCompensation) {
                    44100);
 }
 
-TEST_F(RenderMatchesEncoder, FixedCartesianPositionFromFlac) {
+TEST_F(ZelrenderMatchesEncoder, FixedCartesianPositionFromFlac) {
     const auto input = writeInput(0.7, 48000, SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 12);
     const AudioData out = render({"--x", "-1.5", "--y", "2", "--z", "0.5", "--nfc", "3"});
     const auto path = AutomationPath({{0.0, CartesianPosition{-1.5, 2, 0.5}}});
@@ -215,7 +215,7 @@ TEST_F(RenderMatchesEncoder, FixedCartesianPositionFromFlac) {
                    48000);
 }
 
-TEST_F(RenderMatchesEncoder, SelectedProgram) {
+TEST_F(ZelrenderMatchesEncoder, SelectedProgram) {
     const auto input = writeInput(0.2, 32000, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 13);
     const AudioData out = render({"--program", "3", "--azimuth", "30", "--distance", "0.3"});
     const auto path = AutomationPath({{0.0, PolarPosition{30, 0, 0.3}}});
@@ -223,7 +223,7 @@ TEST_F(RenderMatchesEncoder, SelectedProgram) {
                    32000);
 }
 
-TEST_F(RenderMatchesEncoder, PolarPathAcrossTheFarLimit) {
+TEST_F(ZelrenderMatchesEncoder, PolarPathAcrossTheFarLimit) {
     // Time stamps inside blocks and on their edges, two at the same time,
     // the source moving in from the far limit (where the filters change
     // mode) and out again, and a last point after the end.
@@ -244,7 +244,7 @@ TEST_F(RenderMatchesEncoder, PolarPathAcrossTheFarLimit) {
         22050);
 }
 
-TEST_F(RenderMatchesEncoder, CartesianPathThroughTheCentreWithoutCompensation) {
+TEST_F(ZelrenderMatchesEncoder, CartesianPathThroughTheCentreWithoutCompensation) {
     const std::string text = "cartesian\n"
                              "0     3  1  0\n"
                              "0.05  1  0.3 0.1\n"
@@ -262,7 +262,7 @@ TEST_F(RenderMatchesEncoder, CartesianPathThroughTheCentreWithoutCompensation) {
 }
 
 // A time-stamped PEAK chunk would make every render of the same input differ.
-TEST_F(RenderMatchesEncoder, OutputHeaderCarriesNoTimeStamp) {
+TEST_F(ZelrenderMatchesEncoder, OutputHeaderCarriesNoTimeStamp) {
     writeInput(0.1, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 16);
     render({});
     std::ifstream file(dir.file("out.wav"), std::ios::binary);
@@ -272,7 +272,7 @@ TEST_F(RenderMatchesEncoder, OutputHeaderCarriesNoTimeStamp) {
     EXPECT_EQ(header.find("PEAK"), std::string::npos);
 }
 
-TEST_F(RenderMatchesEncoder, BuiltInDemo) {
+TEST_F(ZelrenderMatchesEncoder, BuiltInDemo) {
     demo = true;
     const AudioData out = render({});
     DemoSignal signal;
