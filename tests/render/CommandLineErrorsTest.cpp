@@ -100,7 +100,7 @@ TEST_F(ZelrenderRefuses, BrokenPathFiles) {
     refusePath("polar\n0 0 0 far\n", "path.txt:2: distance 'far' is not a number");
     refusePath("cartesian\n# t x y z\n0 1 1 1\n\n0.2 0 4 1\n", "path.txt:5: position (0, 4, 1)");
     refusePath("polar\n# nothing else\n", "the path has no positions");
-    expectRefused({in, "-o", out(), "--path", dir.file("nopath.txt")}, 2, "cannot read path file");
+    expectRefused({in, "-o", out(), "--path", dir.file("nopath.txt")}, 1, "cannot read path file");
     expectRefused({in, "-o", out(), "--path", dir.file("path.txt"), "--azimuth", "3"}, 2,
                   "cannot be combined");
 }

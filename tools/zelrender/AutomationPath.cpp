@@ -34,7 +34,8 @@ SourcePosition cartesianPoint(const std::vector<std::string>& w) {
 
 AutomationPath AutomationPath::load(const std::string& fileName) {
     std::ifstream in(fileName);
-    if (!in) throw ValueError("cannot read path file '" + fileName + "'");
+    // An unreadable file is a file failure, not a bad value in it.
+    if (!in) throw std::runtime_error("cannot read path file '" + fileName + "'");
     return parse(in, fileName);
 }
 
@@ -73,7 +74,7 @@ AutomationPath AutomationPath::parse(std::istream& in, const std::string& source
             throw ValueError(sourceName + ":" + std::to_string(lineNumber) + ": " + error.what());
         }
     }
-    if (in.bad()) throw ValueError("cannot read path file '" + sourceName + "'");
+    if (in.bad()) throw std::runtime_error("cannot read path file '" + sourceName + "'");
     if (path.trajectory.empty()) throw ValueError(sourceName + ": the path has no positions");
     return path;
 }
