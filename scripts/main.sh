@@ -1,8 +1,25 @@
 #!/usr/bin/env bash
-# Main job: install what is missing, build, and run the encoder benchmark.
+# Main job: install what is missing, build (Release), install the plug-in where
+# Linux hosts look for it, and render the built-in demo with zelrender.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
-cmake -S . -B build/main -DCMAKE_BUILD_TYPE=Release -DZEL_BUILD_TESTS=OFF >/dev/null
-cmake --build build/main -j"$(nproc)"
-./build/main/bench/zel_bench
+
+build=build/main
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DZEL_BUILD_TESTS=OFF >/dev/null
+cmake --build "$build" -j"$(nproc)"
+
+vst_dir="${HOME:?HOME is not set}/.vst"
+mkdir -p "$vst_dir" out
+install -m 0755 "$build/ZelAmbiEnc/ZelAmbiEnc.so" "$vst_dir/ZelAmbiEnc.so"
+
+# The demo renders through the installed copy, exactly as a host would load it.
+"$build/tools/zelrender" --plugin "$vst_dir/ZelAmbiEnc.so" -o out/demo.wav
+
+cat <<DONE
+
+Plug-in:     $vst_dir/ZelAmbiEnc.so   (hosts scan ~/.vst)
+Renderer:    $PWD/$build/tools/zelrender   (zelrender --help)
+Demo render: $PWD/out/demo.wav   (16-channel AmbiX: ACN order, SN3D, 32-bit float, 48 kHz)
+Benchmarks:  $PWD/$build/bench/
+DONE
