@@ -1,0 +1,205 @@
+// CControl's value, dirty and edit-gesture rules, and CParamDisplay's text.
+
+#include "EditorTestSupport.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace editortest;
+
+namespace {
+
+// The smallest concrete control: remembers nothing of its own.
+class PlainControl : public CControl {
+public:
+    using CControl::CControl;
+    CMouseEventResult onMouseDown(CPoint&, const long& buttons) override {
+        return checkDefaultValue(buttons) ? kMouseDownEventHandledButDontNeedMovedOrUpEvents
+                                          : kMouseEventHandled;
+    }
+};
+
+struct FrameFixture : ::testing::Test {
+    CallLog log;
+    RecordingListener listener{log};
+    RecordingEditor editor{log};
+    CFrame* frame = new CFrame(CRect(0, 0, 200, 200), nullptr, &editor);
+    ~FrameFixture() override { delete frame; }
+
+    template <typename T> T* add(T* view) {
+        frame->addView(view);
+        return view;
+    }
+};
+
+} // namespace
+
+TEST(ControlValues, SetValueStoresWithoutClampingUntilBounced) {
+    PlainControl control(CRect(0, 0, 10, 10));
+    control.setValue(3.0f);
+    EXPECT_EQ(control.getValue(), 3.0f);
+    control.bounceValue();
+    EXPECT_EQ(control.getValue(), 1.0f);
+    control.setValue(-2.0f);
+    control.bounceValue();
+    EXPECT_EQ(control.getValue(), 0.0f);
+}
+
+TEST(ControlDirty, NewControlIsDirtyAndInvalidCountsAsDrawn) {
+    PlainControl control(CRect(0, 0, 10, 10));
+    EXPECT_TRUE(control.isDirty());
+    EXPECT_EQ(control.getOldValue(), -1.0f);
+    control.invalid();
+    EXPECT_FALSE(control.isDirty());
+    control.setValue(0.25f);
+    EXPECT_TRUE(control.isDirty()) << "a changed value is dirty without any flag";
+    control.setDirty(false);
+    EXPECT_FALSE(control.isDirty());
+    EXPECT_EQ(control.getOldValue(), 0.25f);
+}
+
+TEST(ControlDirty, SetDirtyForcesADifferenceEvenForMinusOne) {
+    PlainControl control(CRect(0, 0, 10, 10));
+    control.setValue(-1.0f);
+    control.setDirty(true);
+    EXPECT_EQ(control.getOldValue(), 0.0f);
+    EXPECT_TRUE(control.isDirty());
+}
+
+TEST(ControlDirty, ValueSetFromAnotherThreadIsDrawnAtTheNextIdle) {
+    CallLog log;
+    auto* frame = new CFrame(CRect(0, 0, 50, 50), nullptr, nullptr);
+    auto* control = new PlainControl(CRect(10, 10, 20, 20));
+    frame->addView(control);
+    CRect area;
+    frame->takeInvalidRect(area);
+
+    std::thread host([control] {
+        control->setValue(0.75f);
+        control->invalid(); // only flags a repaint from this thread
+    });
+    host.join();
+    ASSERT_TRUE(frame->takeInvalidRect(area));
+    EXPECT_EQ(area, CRect(0, 0, 50, 50)) << "another thread asks for a full repaint";
+
+    control->setValue(0.5f);
+    frame->idle();
+    ASSERT_TRUE(frame->takeInvalidRect(area));
+    EXPECT_EQ(area, CRect(10, 10, 20, 20));
+    EXPECT_FALSE(control->isDirty());
+    delete frame;
+}
+
+TEST_F(FrameFixture, BeginEditTellsListenerFirstAndEndEditTellsHostFirst) {
+    auto* control = add(new PlainControl(CRect(0, 0, 10, 10), &listener, 4));
+    control->beginEdit();
+    control->endEdit();
+    EXPECT_EQ(log, (CallLog{"listenerBegin 4", "hostBegin 4", "hostEnd 4", "listenerEnd 4"}));
+    EXPECT_EQ(frame->getFocusView(), control);
+}
+
+TEST_F(FrameFixture, DefaultValueGestureNeedsExactlyControlAndLeft) {
+    auto* control = add(new PlainControl(CRect(0, 0, 10, 10), &listener, 3));
+    control->setValue(0.9f);
+    control->invalid();
+    const long almost[] = {kControl, kLButton, kControl | kLButton | kShift,
+                           kControl | kLButton | kDoubleClick, kControl | kLButton | kRButton};
+    for (long buttons : almost) {
+        EXPECT_FALSE(control->checkDefaultValue(buttons)) << buttons;
+    }
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(control->getValue(), 0.9f);
+
+    EXPECT_TRUE(control->checkDefaultValue(kControl | kLButton));
+    EXPECT_EQ(control->getValue(), 0.5f);
+    EXPECT_EQ(log, (CallLog{"listenerBegin 3", "hostBegin 3", "valueChanged 3", "hostEnd 3",
+                            "listenerEnd 3"}));
+    EXPECT_TRUE(control->isDirty()) << "redrawn at the next idle, not at once";
+}
+
+TEST_F(FrameFixture, DefaultValueGestureAtTheDefaultDoesNotNotify) {
+    auto* control = add(new PlainControl(CRect(0, 0, 10, 10), &listener, 3));
+    control->setValue(0.5f);
+    control->invalid();
+    EXPECT_TRUE(control->checkDefaultValue(kControl | kLButton));
+    EXPECT_EQ(log, (CallLog{"listenerBegin 3", "hostBegin 3", "hostEnd 3", "listenerEnd 3"}));
+}
+
+TEST_F(FrameFixture, ListenerCanTakeModifiedClicksBeforeTheControl) {
+    auto* control = add(new CVerticalSwitch(CRect(0, 0, 20, 40), &listener, 9, 4, 40, 4, nullptr));
+    listener.consumeModifierClicks = true;
+    CPoint where(5, 35);
+    EXPECT_EQ(frame->onMouseDown(where, kLButton | kShift), kMouseEventHandled);
+    EXPECT_EQ(log, (CallLog{"modifierClicked 9 18"}));
+    EXPECT_EQ(control->getValue(), 0.0f) << "the control never saw the click";
+    EXPECT_EQ(frame->getMouseDownView(), nullptr);
+
+    log.clear();
+    listener.consumeModifierClicks = false;
+    frame->onMouseDown(where, kLButton | kShift);
+    EXPECT_EQ(log.front(), "modifierClicked 9 18");
+    EXPECT_EQ(control->getValue(), 1.0f) << "declined, so the control handles it";
+
+    log.clear();
+    frame->onMouseDown(where, kLButton);
+    EXPECT_EQ(log.front(), "listenerBegin 9") << "no pre-check without modifiers";
+}
+
+TEST(ParamDisplay, ConverterWithUserDataWinsOverThePlainOne) {
+    CParamDisplay display(CRect(0, 0, 40, 20));
+    RecordingContext context;
+    display.setValue(0.25f);
+    display.draw(&context);
+    display.setStringConvert([](float value, char* text) {
+        std::snprintf(text, 256, "plain %.1f", static_cast<double>(value));
+    });
+    display.draw(&context);
+    int userData = 42;
+    display.setStringConvert(
+        [](float value, char* text, void* data) {
+            std::snprintf(text, 256, "%d:%.2f", *static_cast<int*>(data),
+                          static_cast<double>(value));
+        },
+        &userData);
+    display.draw(&context);
+    EXPECT_EQ(context.strings, (std::vector<std::string>{"0.25", "plain 0.2", "42:0.25"}));
+}
+
+TEST(ParamDisplay, EmptyTextDrawsNoStringAndNoDrawStyleDrawsNothing) {
+    CParamDisplay display(CRect(0, 0, 40, 20));
+    RecordingContext context;
+    display.setStringConvert([](float, char* text) { text[0] = 0; });
+    display.draw(&context);
+    EXPECT_TRUE(context.strings.empty());
+    EXPECT_EQ(context.fills.size(), 1u) << "opaque display paints its back colour";
+
+    CParamDisplay hidden(CRect(0, 0, 40, 20), nullptr, kNoDrawStyle);
+    EXPECT_FALSE(hidden.isDirty());
+    hidden.draw(&context);
+    EXPECT_EQ(context.fills.size(), 1u);
+    EXPECT_TRUE(context.strings.empty());
+}
+
+TEST(ParamDisplay, TransparentDisplayPaintsOnlyItsText) {
+    CParamDisplay display(CRect(0, 0, 40, 20));
+    display.setTransparency(true);
+    display.setFont(kNormalFontSmaller);
+    display.setFontColor(MakeCColor(28, 174, 255));
+    RecordingContext context;
+    display.draw(&context);
+    EXPECT_TRUE(context.fills.empty());
+    EXPECT_EQ(context.strings, (std::vector<std::string>{"0.00"}));
+    EXPECT_EQ(context.getFontSize(), 10);
+    EXPECT_EQ(context.getFontColor(), MakeCColor(28, 174, 255));
+}
+
+TEST(ParamDisplay, ConverterThatFillsTheWholeBufferIsCutSafely) {
+    CParamDisplay display(CRect(0, 0, 40, 20));
+    display.setStringConvert(
+        [](float, char* text) { std::memset(text, 'x', CParamDisplay::kTextBufferSize); });
+    RecordingContext context;
+    display.draw(&context);
+    ASSERT_EQ(context.strings.size(), 1u);
+    EXPECT_EQ(context.strings[0].size(), CParamDisplay::kTextBufferSize - 1u);
+}

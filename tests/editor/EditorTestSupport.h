@@ -1,0 +1,122 @@
+#pragma once
+
+// Doubles shared by the editor toolkit tests: a drawing context that records
+// what views draw, a listener and an editor interface that log the calls
+// they receive, and a view that reports its own destruction.
+
+#include "vstcontrols.h"
+
+#include <string>
+#include <vector>
+
+namespace editortest {
+
+struct BitmapDraw {
+    CBitmap* bitmap;
+    CRect dest;
+    CPoint offset;
+    CPoint contextOffset;
+};
+
+class RecordingContext : public CDrawContext {
+public:
+    void drawBitmap(CBitmap& bitmap, const CRect& dest, const CPoint& srcOffset,
+                    float /*alpha*/) override {
+        bitmaps.push_back({&bitmap, dest, srcOffset, getOffset()});
+    }
+    void drawString(const char* string, const CRect& /*rect*/, const short /*opaque*/,
+                    const CHoriTxtAlign /*align*/) override {
+        strings.emplace_back(string);
+    }
+    void drawRect(const CRect& rect, const CDrawStyle style) override {
+        if (style != kDrawStroked) fills.push_back(rect);
+    }
+
+    std::vector<BitmapDraw> bitmaps;
+    std::vector<std::string> strings;
+    std::vector<CRect> fills;
+};
+
+// Logs every call as text, in order, shared with a RecordingEditor.
+using CallLog = std::vector<std::string>;
+
+class RecordingListener : public CControlListener {
+public:
+    explicit RecordingListener(CallLog& log) : log(log) {}
+    void valueChanged(CControl* control) override {
+        log.push_back("valueChanged " + std::to_string(control->getTag()));
+        values.push_back(control->getValue());
+    }
+    long controlModifierClicked(CControl* control, long button) override {
+        log.push_back("modifierClicked " + std::to_string(control->getTag()) + " " +
+                      std::to_string(button));
+        return consumeModifierClicks ? 1 : 0;
+    }
+    void controlBeginEdit(CControl* control) override {
+        log.push_back("listenerBegin " + std::to_string(control->getTag()));
+    }
+    void controlEndEdit(CControl* control) override {
+        log.push_back("listenerEnd " + std::to_string(control->getTag()));
+    }
+
+    CallLog& log;
+    std::vector<float> values;
+    bool consumeModifierClicks = false;
+};
+
+class RecordingEditor : public VSTGUIEditorInterface {
+public:
+    explicit RecordingEditor(CallLog& log) : log(log) {}
+    void beginEdit(long index) override { log.push_back("hostBegin " + std::to_string(index)); }
+    void endEdit(long index) override { log.push_back("hostEnd " + std::to_string(index)); }
+    long getKnobMode() const override { return knobMode; }
+    void doIdleStuff() override { log.push_back("idle"); }
+
+    CallLog& log;
+    long knobMode = kCircularMode;
+};
+
+// Answers every mouse call with a fixed result and logs what it received.
+class ProbeView : public CView {
+public:
+    ProbeView(const CRect& size, const std::string& name, CallLog& log,
+              CMouseEventResult downResult = kMouseEventHandled, bool* destroyed = nullptr)
+        : CView(size), name(name), log(log), downResult(downResult), destroyed(destroyed) {}
+    ~ProbeView() override {
+        if (destroyed) *destroyed = true;
+    }
+    CMouseEventResult onMouseDown(CPoint& where, const long& buttons) override {
+        return record("down", where, buttons, downResult);
+    }
+    CMouseEventResult onMouseMoved(CPoint& where, const long& buttons) override {
+        return record("moved", where, buttons, kMouseEventHandled);
+    }
+    CMouseEventResult onMouseUp(CPoint& where, const long& buttons) override {
+        return record("up", where, buttons, kMouseEventHandled);
+    }
+    CMouseEventResult onMouseEntered(CPoint& where, const long& buttons) override {
+        return record("entered", where, buttons, kMouseEventHandled);
+    }
+    CMouseEventResult onMouseExited(CPoint& where, const long& buttons) override {
+        return record("exited", where, buttons, kMouseEventHandled);
+    }
+    void draw(CDrawContext* context) override {
+        log.push_back(name + " draw");
+        CView::draw(context);
+    }
+
+    std::string name;
+    CallLog& log;
+    CMouseEventResult downResult;
+    bool* destroyed;
+
+private:
+    CMouseEventResult record(const char* what, const CPoint& where, long buttons,
+                             CMouseEventResult result) {
+        log.push_back(name + " " + what + " " + std::to_string(where.h) + "," +
+                      std::to_string(where.v) + " " + std::to_string(buttons));
+        return result;
+    }
+};
+
+} // namespace editortest

@@ -1,0 +1,299 @@
+// CKnob's angle↔value mapping and drag modes, CAnimKnob's frame choice.
+
+#include "EditorTestSupport.h"
+#include "TestImages.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+using namespace editortest;
+
+namespace {
+
+// Exposes the knob's protected drag state to the tests.
+class InspectableKnob : public CKnob {
+public:
+    using CKnob::CKnob;
+    float entryState() const { return fEntryState; }
+    bool linear() const { return modeLinear; }
+    float dragRange() const { return range; }
+};
+
+struct KnobFixture : ::testing::Test {
+    CallLog log;
+    RecordingListener listener{log};
+    RecordingEditor editor{log};
+    CFrame* frame = new CFrame(CRect(0, 0, 300, 300), nullptr, &editor);
+    // A 40-px knob at (100, 100): its centre is (120, 120).
+    InspectableKnob* knob =
+        new InspectableKnob(CRect(100, 100, 140, 140), &listener, 5, nullptr, nullptr);
+
+    KnobFixture() { frame->addView(knob); }
+    ~KnobFixture() override { delete frame; }
+
+    float moveTo(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint where(x, y);
+        frame->onMouseMoved(where, buttons);
+        return knob->getValue();
+    }
+    void press(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint where(x, y);
+        frame->onMouseDown(where, buttons);
+    }
+    void release(CCoord x, CCoord y) {
+        CPoint where(x, y);
+        frame->onMouseUp(where, 0);
+    }
+};
+
+float valueAt(const CKnob& knob, CCoord x, CCoord y) {
+    CPoint p(x, y);
+    return knob.valueFromPoint(p);
+}
+
+CPoint pointFor(CKnob& knob, float value) {
+    knob.setValue(value);
+    CPoint p;
+    knob.valueToPoint(p);
+    return p;
+}
+
+} // namespace
+
+TEST(KnobMapping, ValueFromPointFollowsTheDefaultArc) {
+    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    EXPECT_NEAR(valueAt(knob, 20, 0), 0.5f, 1e-5);
+    EXPECT_NEAR(valueAt(knob, 40, 20), 0.83333f, 1e-5);
+    EXPECT_NEAR(valueAt(knob, 0, 20), 0.16667f, 1e-5);
+    EXPECT_NEAR(valueAt(knob, 38, 28), 0.92208f, 1e-5);
+    EXPECT_NEAR(valueAt(knob, 2, 28), 0.07792f, 1e-5);
+}
+
+TEST(KnobMapping, DeadZoneSnapsToTheNearerEnd) {
+    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    EXPECT_EQ(valueAt(knob, 19, 40), 0.0f);
+    EXPECT_EQ(valueAt(knob, 5, 35), 0.0f);
+    EXPECT_EQ(valueAt(knob, 21, 40), 1.0f);
+    EXPECT_EQ(valueAt(knob, 35, 35), 1.0f);
+}
+
+TEST(KnobMapping, ValueToPointWithDefaultAndZeroInset) {
+    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    EXPECT_EQ(pointFor(knob, 0.0f), CPoint(8, 32));
+    EXPECT_EQ(pointFor(knob, 0.25f), CPoint(4, 13));
+    EXPECT_EQ(pointFor(knob, 0.5f), CPoint(20, 3));
+    EXPECT_EQ(pointFor(knob, 0.75f), CPoint(36, 13));
+    EXPECT_EQ(pointFor(knob, 1.0f), CPoint(32, 32));
+
+    CAnimKnob anim(CRect(0, 0, 40, 40), nullptr, 0, 31, 40, nullptr);
+    EXPECT_EQ(anim.getInsetValue(), 0);
+    EXPECT_EQ(pointFor(anim, 0.0f), CPoint(6, 34));
+    EXPECT_EQ(pointFor(anim, 0.5f), CPoint(20, 0));
+    EXPECT_EQ(pointFor(anim, 1.0f), CPoint(34, 34));
+}
+
+TEST(KnobMapping, PositiveRangeAngleTurnsTheOtherWay) {
+    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    knob.setStartAngle(static_cast<float>(-kPI / 4));
+    knob.setRangeAngle(static_cast<float>(3 * kPI / 2));
+    EXPECT_NEAR(valueAt(knob, 40, 20), 1.0f / 6.0f, 1e-5);
+    EXPECT_NEAR(valueAt(knob, 20, 0), 0.5f, 1e-5);
+    EXPECT_EQ(valueAt(knob, 21, 40), 0.0f);
+    EXPECT_EQ(valueAt(knob, 19, 40), 1.0f);
+}
+
+TEST(KnobMapping, RangeChangesNeedARecompute) {
+    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    knob.setMax(10.0f);
+    EXPECT_NEAR(valueAt(knob, 20, 0), 9.5f, 1e-5) << "stale coefficients until recomputed";
+    knob.setRangeAngle(knob.getRangeAngle());
+    EXPECT_NEAR(valueAt(knob, 20, 0), 5.0f, 1e-4);
+}
+
+TEST_F(KnobFixture, CircularClickJumpsToTheClickedAngle) {
+    press(120, 100);
+    EXPECT_FLOAT_EQ(knob->getValue(), 0.5f);
+    EXPECT_EQ(frame->getMouseDownView(), knob);
+    EXPECT_FALSE(knob->linear());
+    EXPECT_NEAR(moveTo(140, 120), 0.83333f, 1e-5);
+    release(140, 120);
+    EXPECT_EQ(log, (CallLog{"listenerBegin 5", "hostBegin 5", "valueChanged 5", "valueChanged 5",
+                            "hostEnd 5", "listenerEnd 5"}));
+}
+
+TEST_F(KnobFixture, CircularDragIsPinnedAtTheEndItCameFrom) {
+    press(140, 120);
+    EXPECT_EQ(moveTo(135, 135), 1.0f);
+    EXPECT_EQ(moveTo(105, 135), 1.0f) << "crossing the dead zone does not jump to 0";
+    EXPECT_EQ(moveTo(100, 120), 1.0f) << "still more than half the range away";
+    EXPECT_NEAR(moveTo(138, 128), 0.92208f, 1e-5) << "back near the last accepted value";
+}
+
+TEST_F(KnobFixture, PinnedDragKeepsTheLastAcceptedValueAsReference) {
+    press(104, 108);
+    EXPECT_NEAR(knob->getValue(), 0.3032f, 1e-4);
+    EXPECT_EQ(moveTo(135, 135), 0.0f) << "a jump from 0.3 to the top end pins the bottom end";
+    EXPECT_NEAR(moveTo(129, 102), 0.5984f, 1e-4) << "within half the range of 0.3, not of 0";
+}
+
+TEST_F(KnobFixture, MovesOutsideTheKnobStillReachIt) {
+    press(120, 100);
+    EXPECT_NEAR(moveTo(290, 120), 0.83333f, 1e-5);
+    release(290, 290);
+    EXPECT_EQ(log.back(), "listenerEnd 5");
+}
+
+TEST_F(KnobFixture, LinearModeMovesWithDistanceNotAngle) {
+    editor.knobMode = kLinearMode;
+    knob->setValue(0.3f);
+    knob->invalid();
+    press(120, 120);
+    EXPECT_TRUE(knob->linear());
+    EXPECT_EQ(knob->getValue(), 0.3f) << "no jump on click";
+    EXPECT_NEAR(moveTo(120, 100), 0.4f, 1e-6) << "20 px up of 200";
+    EXPECT_NEAR(moveTo(130, 100), 0.45f, 1e-6) << "right counts like up";
+    EXPECT_EQ(moveTo(130, -300), 1.0f);
+    EXPECT_NEAR(moveTo(130, 0), 0.95f, 1e-6) << "the value follows the distance, not the path";
+    EXPECT_NEAR(moveTo(130, 100), 0.45f, 1e-6);
+}
+
+TEST_F(KnobFixture, ShiftMidDragRescalesWithoutAJump) {
+    editor.knobMode = kLinearMode;
+    knob->setValue(0.3f);
+    knob->invalid();
+    press(120, 120);
+    EXPECT_NEAR(moveTo(120, 100), 0.4f, 1e-6);
+    // The entry value is rebased where the buttons change, so the value there
+    // is the one the old scale gives; from there on the fine scale applies.
+    EXPECT_NEAR(moveTo(120, 99, kLButton | kShift), 0.3f + 21.0f / 200.0f, 1e-6);
+    EXPECT_FLOAT_EQ(knob->dragRange(), 300.0f);
+    EXPECT_NEAR(knob->entryState(), 0.3f + 21.0f / 600.0f, 1e-6);
+    EXPECT_NEAR(moveTo(120, 69, kLButton | kShift), 0.405f + 30.0f / 300.0f, 1e-6);
+}
+
+TEST_F(KnobFixture, ShiftAtPressSetsTheFineRange) {
+    editor.knobMode = kLinearMode;
+    press(120, 120, kLButton | kShift);
+    EXPECT_FLOAT_EQ(knob->dragRange(), 300.0f);
+    EXPECT_NEAR(moveTo(120, 90, kLButton | kShift), 0.1f, 1e-6);
+}
+
+TEST_F(KnobFixture, AltFlipsTheEditorsKnobMode) {
+    press(120, 100, kLButton | kAlt);
+    EXPECT_TRUE(knob->linear());
+    release(120, 100);
+    editor.knobMode = kLinearMode;
+    press(120, 100, kLButton | kAlt);
+    EXPECT_FALSE(knob->linear());
+    release(120, 100);
+    editor.knobMode = kRelativCircularMode;
+    press(120, 100);
+    EXPECT_FALSE(knob->linear()) << "relative circular behaves as circular";
+}
+
+TEST_F(KnobFixture, DefaultGestureNestsAndWantsNoMoves) {
+    knob->setValue(0.9f);
+    knob->invalid();
+    press(120, 100, kLButton | kControl);
+    EXPECT_EQ(knob->getValue(), 0.5f);
+    EXPECT_EQ(frame->getMouseDownView(), nullptr);
+    EXPECT_EQ(log, (CallLog{"modifierClicked 5 34", "listenerBegin 5", "hostBegin 5",
+                            "listenerBegin 5", "hostBegin 5", "valueChanged 5", "hostEnd 5",
+                            "listenerEnd 5", "hostEnd 5", "listenerEnd 5"}));
+}
+
+TEST_F(KnobFixture, RightClickGivesAnEmptyEditPair) {
+    knob->setValue(0.2f);
+    knob->invalid();
+    press(120, 100, kRButton);
+    moveTo(140, 120, kRButton);
+    release(140, 120);
+    EXPECT_EQ(knob->getValue(), 0.2f);
+    EXPECT_EQ(log, (CallLog{"modifierClicked 5 8", "listenerBegin 5", "hostBegin 5", "hostEnd 5",
+                            "listenerEnd 5"}));
+}
+
+TEST_F(KnobFixture, WheelStepsAndAnnouncesTheChange) {
+    knob->setValue(0.5f);
+    knob->invalid();
+    EXPECT_TRUE(frame->onWheel(CPoint(120, 120), 1.0f, 0));
+    EXPECT_NEAR(knob->getValue(), 0.6f, 1e-6);
+    knob->invalid();
+    frame->onWheel(CPoint(120, 120), -1.0f, kShift);
+    EXPECT_NEAR(knob->getValue(), 0.59f, 1e-6);
+    knob->invalid();
+    frame->onWheel(CPoint(120, 120), 20.0f, 0);
+    EXPECT_EQ(knob->getValue(), 1.0f);
+    EXPECT_EQ(log, (CallLog{"listenerBegin 5", "hostBegin 5", "valueChanged 5", "hostEnd 5",
+                            "listenerEnd 5", "listenerBegin 5", "hostBegin 5", "valueChanged 5",
+                            "hostEnd 5", "listenerEnd 5", "listenerBegin 5", "hostBegin 5",
+                            "valueChanged 5", "hostEnd 5", "listenerEnd 5"}));
+}
+
+TEST(AnimKnob, FrameIndexIsTruncatedNotRounded) {
+    auto* strip = new CBitmap(testimages::kKnobStripId);
+    CAnimKnob knob(CRect(50, 60, 90, 100), nullptr, 0, strip);
+    strip->forget();
+    EXPECT_EQ(knob.getNumSubPixmaps(), 31);
+    RecordingContext context;
+    std::vector<CCoord> frames;
+    for (float value : {0.0f, 0.49f, 0.5f, 0.999f, 1.0f, -0.5f}) {
+        knob.setValue(value);
+        knob.draw(&context);
+        EXPECT_EQ(context.bitmaps.back().dest, CRect(50, 60, 90, 100));
+        frames.push_back(context.bitmaps.back().offset.v / testimages::kKnobSide);
+    }
+    EXPECT_EQ(frames, (std::vector<CCoord>{0, 14, 15, 29, 30, 0}));
+}
+
+TEST(AnimKnob, HundredAndOneFramesAndInverseStrip) {
+    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 101, 40, nullptr);
+    const std::pair<float, CCoord> cases[] = {{0.49f, 49}, {0.5f, 50}, {0.999f, 99}, {1.0f, 100}};
+    for (const auto& [value, frame] : cases) {
+        knob.setValue(value);
+        EXPECT_EQ(knob.getFrameOffset(), frame * 40) << value;
+    }
+    knob.setInverseBitmap(true);
+    knob.setValue(0.25f);
+    EXPECT_EQ(knob.getFrameOffset(), 75 * 40);
+    knob.setValue(1.5f);
+    EXPECT_EQ(knob.getFrameOffset(), 0);
+}
+
+TEST(AnimKnob, HostileValuesGiveDefinedOffsets) {
+    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 31, 40, nullptr);
+    for (float value : {std::numeric_limits<float>::quiet_NaN(),
+                        std::numeric_limits<float>::infinity(), -1e30f, 1e30f}) {
+        knob.setValue(value);
+        const CCoord offset = knob.getFrameOffset();
+        EXPECT_GE(offset, 0);
+        CPoint p;
+        knob.valueToPoint(p);
+        RecordingContext context;
+        knob.draw(&context);
+    }
+}
+
+TEST(AnimKnob, StripHeightOverridesTheGivenFrameCount) {
+    auto* strip = new CBitmap(testimages::kKnobStripId);
+    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 7, 40, strip);
+    strip->forget();
+    EXPECT_EQ(knob.getNumSubPixmaps(), 31);
+    knob.setHeightOfOneImage(80);
+    EXPECT_EQ(knob.getNumSubPixmaps(), 15);
+}
+
+TEST(AnimKnob, RepaintsOnlyWhenTheHandlePointMoves) {
+    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 31, 40, nullptr);
+    RecordingContext context;
+    knob.setValue(0.5f);
+    knob.draw(&context);
+    EXPECT_FALSE(knob.isDirty());
+    knob.setValue(0.5005f);
+    EXPECT_FALSE(knob.isDirty()) << "same pixel on the virtual handle circle";
+    knob.setValue(0.6f);
+    EXPECT_TRUE(knob.isDirty());
+    knob.setValue(0.5f);
+    knob.setDirty(true);
+    EXPECT_TRUE(knob.isDirty()) << "an explicit dirty flag always counts";
+}

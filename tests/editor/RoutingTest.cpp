@@ -1,0 +1,166 @@
+// Mouse routing through the frame and containers: hit order, capture and
+// hover, in frame and container-local coordinates.
+
+#include "EditorTestSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace editortest;
+
+namespace {
+
+struct RoutingFixture : ::testing::Test {
+    CallLog log;
+    CFrame* frame = new CFrame(CRect(0, 0, 200, 200), nullptr, nullptr);
+    ~RoutingFixture() override { delete frame; }
+
+    ProbeView* probe(const CRect& r, const std::string& name,
+                     CMouseEventResult down = kMouseEventHandled, bool* destroyed = nullptr) {
+        auto* view = new ProbeView(r, name, log, down, destroyed);
+        frame->addView(view);
+        return view;
+    }
+    CMouseEventResult down(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint p(x, y);
+        return frame->onMouseDown(p, buttons);
+    }
+    CMouseEventResult move(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint p(x, y);
+        return frame->onMouseMoved(p, buttons);
+    }
+    CMouseEventResult up(CCoord x, CCoord y, long buttons = 0) {
+        CPoint p(x, y);
+        return frame->onMouseUp(p, buttons);
+    }
+};
+
+} // namespace
+
+TEST_F(RoutingFixture, LastAddedViewIsHitFirstAndEdgesAreInside) {
+    probe(CRect(0, 0, 100, 100), "under");
+    probe(CRect(50, 50, 150, 150), "over");
+    down(60, 60);
+    down(100, 100); // the under view's right/bottom edge is inside it too
+    down(150, 150); // the over view's bottom-right corner
+    down(20, 20);
+    EXPECT_EQ(log, (CallLog{"over down 60,60 2", "over down 100,100 2", "over down 150,150 2",
+                            "under down 20,20 2"}));
+    EXPECT_EQ(down(151, 151), kMouseEventNotHandled);
+}
+
+TEST_F(RoutingFixture, NoFallThroughToViewsUnderneath) {
+    probe(CRect(0, 0, 100, 100), "under");
+    probe(CRect(0, 0, 100, 100), "over", kMouseEventNotHandled);
+    EXPECT_EQ(down(10, 10), kMouseEventNotHandled);
+    EXPECT_EQ(log, (CallLog{"over down 10,10 2"}));
+    EXPECT_EQ(frame->getMouseDownView(), nullptr);
+}
+
+TEST_F(RoutingFixture, InvisibleAndMouseDisabledViewsAreSkipped) {
+    probe(CRect(0, 0, 100, 100), "under");
+    probe(CRect(0, 0, 100, 100), "hidden")->setVisible(false);
+    probe(CRect(0, 0, 100, 100), "deaf")->setMouseEnabled(false);
+    down(10, 10);
+    EXPECT_EQ(log, (CallLog{"under down 10,10 2"}));
+}
+
+TEST_F(RoutingFixture, CapturedViewGetsMovesAndUpEvenOutsideItsRect) {
+    probe(CRect(0, 0, 50, 50), "a");
+    probe(CRect(100, 100, 150, 150), "b");
+    down(10, 10);
+    move(120, 120);
+    up(190, 190, kShift);
+    move(120, 120, 0);
+    EXPECT_EQ(log, (CallLog{"a down 10,10 2", "a moved 120,120 2", "a up 190,190 16",
+                            "b entered 120,120 0"}));
+}
+
+TEST_F(RoutingFixture, HandledButNoMovesMeansNoCapture) {
+    probe(CRect(0, 0, 50, 50), "a", kMouseDownEventHandledButDontNeedMovedOrUpEvents);
+    EXPECT_EQ(down(10, 10), kMouseDownEventHandledButDontNeedMovedOrUpEvents);
+    EXPECT_EQ(up(10, 10), kMouseEventNotHandled);
+    EXPECT_EQ(log, (CallLog{"a down 10,10 2"}));
+}
+
+TEST_F(RoutingFixture, HoverEntersExitsAndMovesWithoutButtons) {
+    probe(CRect(0, 0, 50, 50), "a");
+    probe(CRect(100, 100, 150, 150), "b");
+    move(10, 10, kRButton);
+    move(12, 12, kRButton);
+    move(120, 120, 0);
+    move(180, 180, 0);
+    EXPECT_EQ(log, (CallLog{"a entered 10,10 8", "a moved 12,12 0", "a exited 120,120 0",
+                            "b entered 120,120 0", "b exited 180,180 0"}));
+}
+
+TEST_F(RoutingFixture, NestedContainersConvertToLocalCoordinates) {
+    auto* outer = new CViewContainer(CRect(20, 30, 180, 190));
+    auto* inner = new CViewContainer(CRect(10, 10, 100, 100));
+    auto* view = new ProbeView(CRect(5, 5, 25, 25), "deep", log);
+    inner->addView(view);
+    outer->addView(inner);
+    frame->addView(outer);
+    EXPECT_EQ(view->getFrame(), frame) << "attached when the outer container was";
+
+    down(20 + 10 + 5, 30 + 10 + 5);
+    move(100, 100);
+    up(100, 100);
+    EXPECT_EQ(log, (CallLog{"deep down 5,5 2", "deep moved 70,60 2", "deep up 70,60 0"}));
+
+    CPoint p(1, 2);
+    view->localToFrame(p);
+    EXPECT_EQ(p, CPoint(31, 42));
+    view->frameToLocal(p);
+    EXPECT_EQ(p, CPoint(1, 2));
+    EXPECT_EQ(frame->getViewAt(CPoint(40, 50), true), view);
+    EXPECT_EQ(frame->getViewAt(CPoint(40, 50), false), outer);
+}
+
+namespace {
+// Removes itself from its container in the middle of a drag.
+class SelfRemovingView : public ProbeView {
+public:
+    using ProbeView::ProbeView;
+    CMouseEventResult onMouseMoved(CPoint& where, const long& buttons) override {
+        getFrame()->removeView(this, true);
+        return ProbeView::onMouseMoved(where, buttons);
+    }
+};
+} // namespace
+
+TEST_F(RoutingFixture, ViewRemovedDuringItsOwnDragStaysValidUntilTheHandlerReturns) {
+    bool destroyed = false;
+    auto* view =
+        new SelfRemovingView(CRect(0, 0, 50, 50), "self", log, kMouseEventHandled, &destroyed);
+    frame->addView(view);
+    down(10, 10);
+    move(20, 20);
+    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(frame->getMouseDownView(), nullptr);
+    EXPECT_EQ(up(20, 20), kMouseEventNotHandled);
+    EXPECT_EQ(log, (CallLog{"self down 10,10 2", "self moved 20,20 2"}));
+}
+
+TEST_F(RoutingFixture, RemovingTheHoveredViewForgetsIt) {
+    bool destroyed = false;
+    auto* view = probe(CRect(0, 0, 50, 50), "a", kMouseEventHandled, &destroyed);
+    move(10, 10, 0);
+    EXPECT_EQ(frame->getMouseOverView(), view);
+    frame->removeView(view);
+    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(frame->getMouseOverView(), nullptr);
+    move(12, 12, 0);
+}
+
+TEST_F(RoutingFixture, MouseDownClearsFocusAndSendsExitToTheHoveredView) {
+    CallLog listenerLog;
+    RecordingListener listener(listenerLog);
+    auto* knob = new CKnob(CRect(100, 100, 140, 140), &listener, 1, nullptr, nullptr);
+    frame->addView(knob);
+    probe(CRect(0, 0, 50, 50), "a");
+    frame->setFocusView(knob);
+    move(10, 10, 0);
+    down(10, 10);
+    EXPECT_EQ(frame->getFocusView(), nullptr);
+    EXPECT_EQ(log, (CallLog{"a entered 10,10 0", "a exited 10,10 2", "a down 10,10 2"}));
+}
