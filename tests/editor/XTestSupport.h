@@ -1,0 +1,59 @@
+#pragma once
+
+// Support for the editor's X11 tests: a private Xvfb server per test process,
+// and a second X client that plays the host (owns the parent windows) and the
+// user (moves and clicks the pointer through the XTest extension).
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+#include <xcb/xcb.h>
+
+namespace editortest {
+
+// Starts "Xvfb -displayfd" on a free display before the tests and stops it
+// afterwards; DISPLAY then names it. Failing to start fails every test.
+bool xvfbIsRunning();
+
+class XClient {
+public:
+    XClient();
+    ~XClient();
+    XClient(const XClient&) = delete;
+    XClient& operator=(const XClient&) = delete;
+
+    bool ok() const;
+    // A mapped top-level window, as a host's editor window.
+    xcb_window_t createParent(int x, int y, int width, int height);
+    void destroy(xcb_window_t window);
+    std::vector<xcb_window_t> children(xcb_window_t parent);
+    bool isViewable(xcb_window_t window);
+    // The 0xRRGGBB colour of one pixel of a window, or ~0 if unreadable.
+    std::uint32_t pixel(xcb_window_t window, int x, int y);
+
+    // Pointer and keyboard input, as if from the user; root coordinates.
+    void movePointer(int x, int y);
+    void pressButton(std::uint8_t button);
+    void releaseButton(std::uint8_t button);
+    void pressKey(std::uint32_t keysym);
+    void releaseKey(std::uint32_t keysym);
+    // Returns after the server has handled everything sent so far.
+    void sync();
+
+private:
+    std::uint8_t keycodeFor(std::uint32_t keysym);
+    void fakeInput(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
+
+    xcb_connection_t* connection;
+    xcb_screen_t* screen = nullptr;
+};
+
+// Runs step() (one host idle) until done() holds; false if it never does
+// within a generous number of rounds. The server works concurrently, so a
+// result may need a few rounds to arrive.
+bool pumpUntil(const std::function<void()>& step, const std::function<bool()>& done);
+
+// Open file descriptors of this process, to see that connections close.
+int openFileCount();
+
+} // namespace editortest
