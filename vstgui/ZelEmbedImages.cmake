@@ -3,8 +3,17 @@
 # Builds the PNG files into `target`, each under its resource number, so that
 # CBitmap(NUM) finds it (as the file name bmpNNNNN.png). The files may be
 # outputs of other targets; name those targets after DEPENDS.
+#
+# Embed into the executable or module itself: the generated table registers
+# its images from a static constructor that nothing references, and a linker
+# drops such an object when it sits in a static library.
 function(zel_embed_images target)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "STATIC_LIBRARY")
+    message(FATAL_ERROR "zel_embed_images(${target}): embed images into the executable or "
+                        "module that links ${target}, not into a static library")
+  endif()
   set(pairs ${ARG_UNPARSED_ARGUMENTS})
   list(LENGTH pairs count)
   math(EXPR odd "${count} % 2")
