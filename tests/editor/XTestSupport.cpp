@@ -83,7 +83,7 @@ bool XvfbEnvironment::running = false;
 [[maybe_unused]] ::testing::Environment* const xvfbEnvironment =
     ::testing::AddGlobalTestEnvironment(new XvfbEnvironment);
 
-constexpr int kMaxPumpRounds = 3000;
+constexpr int kMaxPumpRounds = 10000; // ~20 s: only a failing test waits that long
 
 } // namespace
 
