@@ -1,0 +1,247 @@
+// ZelTouchPad: values against the handle's place, drags of the handle with
+// the edit announced around them, the control-click reset, and pads whose
+// handle is missing or too large.
+
+#include "ControlTestDoubles.h"
+#include "ZelTouchPad.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+using namespace controltest;
+
+namespace {
+
+constexpr long kPadTag = 2;
+constexpr long kIgnored = kMouseDownEventHandledButDontNeedMovedOrUpEvents;
+// A 173-px pad at (10, 20) with a 20-px handle: its top-left travels 153 px.
+const CRect kPadRect(10, 20, 183, 193);
+constexpr CCoord kHandle = 20;
+constexpr CCoord kTravel = 153;
+
+struct TouchPadTest : ::testing::Test {
+    EventLog log;
+    RecordingListener listener{log};
+    RecordingEditor editor{log};
+    CFrame* frame = new CFrame(CRect(0, 0, 400, 400), nullptr, &editor);
+    CBitmap* background = new CBitmap(*frame, 173, 173);
+    CBitmap* handle = new CBitmap(*frame, kHandle, kHandle);
+    RecordingContext context;
+    ZelTouchPad* pad = addPad(handle);
+
+    ~TouchPadTest() override {
+        delete frame;
+        background->forget();
+        handle->forget();
+    }
+    // Drawn once, as on screen: the handle is grabbed where it was drawn.
+    ZelTouchPad* addPad(CBitmap* handleImage, const CRect& rect = kPadRect) {
+        auto* p = new ZelTouchPad(rect, &listener, kPadTag, background, handleImage, CPoint(3, 4));
+        frame->addView(p);
+        p->draw(&context);
+        context.draws.clear();
+        log.clear();
+        return p;
+    }
+    CPoint handleAt(float x, float y) {
+        pad->setXYValue(x, y);
+        return handleTopLeft();
+    }
+    CPoint handleTopLeft() const {
+        CPoint p;
+        pad->valueToPoint(p);
+        return p;
+    }
+    CMouseEventResult press(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint where(x, y);
+        return pad->onMouseDown(where, buttons);
+    }
+    void moveTo(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint where(x, y);
+        pad->onMouseMoved(where, buttons);
+    }
+    void release() {
+        CPoint where;
+        pad->onMouseUp(where, 0);
+    }
+};
+
+TEST_F(TouchPadTest, NewPadStandsAtItsCentreAndSettersKeepTheMean) {
+    EXPECT_FLOAT_EQ(pad->getXValue(), 0.5f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 0.5f);
+    EXPECT_FLOAT_EQ(pad->getValue(), 0.5f);
+    pad->setXYValue(0.2f, 1.4f); // not clamped
+    EXPECT_FLOAT_EQ(pad->getValue(), 0.8f);
+    pad->setXValue(-0.4f);
+    EXPECT_FLOAT_EQ(pad->getValue(), 0.5f);
+    pad->setYValue(0.0f);
+    EXPECT_FLOAT_EQ(pad->getValue(), -0.2f);
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(TouchPadTest, HandleTravelsBetweenThePadsEdges) {
+    EXPECT_EQ(handleAt(0.0f, 0.0f), CPoint(10, 20));
+    EXPECT_EQ(handleAt(1.0f, 1.0f), CPoint(10 + kTravel, 20 + kTravel));
+    EXPECT_EQ(handleAt(0.5f, 0.25f), CPoint(10 + 77, 20 + 38)); // 76.5 rounds up
+    // The point under the handle's centre gives the values back.
+    for (float x : {0.0f, 0.1f, 0.37f, 0.5f, 0.93f, 1.0f}) {
+        CPoint centre = handleAt(x, 1.0f - x);
+        centre.offset(kHandle / 2, kHandle / 2);
+        pad->valueFromPoint(centre);
+        EXPECT_NEAR(pad->getXValue(), x, 0.5f / kTravel + 1e-6f) << x;
+        EXPECT_NEAR(pad->getYValue(), 1.0f - x, 0.5f / kTravel + 1e-6f) << x;
+    }
+}
+
+TEST_F(TouchPadTest, PointsBeyondTheEdgesHoldTheEnds) {
+    CPoint rightBelow(kPadRect.right + 500, kPadRect.bottom + 1);
+    EXPECT_FLOAT_EQ(pad->valueFromPoint(rightBelow), 1.0f);
+    CPoint leftAbove(kPadRect.left - 500, kPadRect.top);
+    EXPECT_FLOAT_EQ(pad->valueFromPoint(leftAbove), 0.0f);
+    CPoint rightAbove(kPadRect.right + 3, kPadRect.top - 40);
+    pad->valueFromPoint(rightAbove);
+    EXPECT_FLOAT_EQ(pad->getXValue(), 1.0f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 0.0f);
+}
+
+TEST_F(TouchPadTest, DrawsBackgroundThenHandle) {
+    pad->setXYValue(1.0f, 0.0f);
+    pad->draw(&context);
+    ASSERT_EQ(context.draws.size(), 2u);
+    EXPECT_EQ(context.draws[0].bitmap, background);
+    EXPECT_EQ(context.draws[0].dest, kPadRect);
+    EXPECT_EQ(context.draws[0].source, CPoint(3, 4));
+    EXPECT_EQ(context.draws[1].bitmap, handle);
+    EXPECT_EQ(context.draws[1].dest, CRect(163, 20, 183, 40));
+    EXPECT_EQ(context.draws[1].source, CPoint(0, 0));
+    EXPECT_FALSE(pad->isDirty());
+}
+
+TEST_F(TouchPadTest, OnlyTheHandleWhereItWasLastDrawnCanBeGrabbed) {
+    const CPoint drawn = handleTopLeft();
+    EXPECT_EQ(press(kPadRect.left + 2, kPadRect.top + 2), kIgnored);
+    EXPECT_EQ(press(drawn.x + kHandle + 1, drawn.y), kIgnored);
+    EXPECT_EQ(press(drawn.x, drawn.y - 1), kIgnored);
+    // Moved but not yet drawn: the handle on screen is still at the centre.
+    pad->setXYValue(0.0f, 0.0f);
+    EXPECT_EQ(press(kPadRect.left + 5, kPadRect.top + 5), kIgnored);
+    EXPECT_TRUE(log.empty());
+    EXPECT_FLOAT_EQ(pad->getXValue(), 0.0f);
+    // Edges included.
+    EXPECT_EQ(press(drawn.x + kHandle, drawn.y + kHandle), kMouseEventHandled);
+    EXPECT_EQ(log.front(), "listener begin");
+}
+
+TEST_F(TouchPadTest, GrabAnnouncesTheEditFirstAndTheHandleFollowsTheMouse) {
+    const CPoint h = handleTopLeft();
+    EXPECT_EQ(press(h.x + 3, h.y + 4), kMouseEventHandled);
+    moveTo(h.x + 3 + 30, h.y + 4 - 20);
+    EXPECT_EQ(handleTopLeft(), CPoint(h.x + 30, h.y - 20));
+    moveTo(h.x + 1000, h.y - 1000);
+    EXPECT_FLOAT_EQ(pad->getXValue(), 1.0f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 0.0f);
+    moveTo(h.x - 1000, h.y + 1000);
+    EXPECT_FLOAT_EQ(pad->getXValue(), 0.0f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 1.0f);
+    EXPECT_FLOAT_EQ(listener.values.back(), 0.5f);
+    release();
+    const EventLog expected{"listener begin", "host begin 2", "changed",    "changed",
+                            "changed",        "changed",      "host end 2", "listener end"};
+    EXPECT_EQ(log, expected);
+}
+
+TEST_F(TouchPadTest, OtherButtonsAreIgnored) {
+    const CPoint h = handleTopLeft();
+    EXPECT_EQ(press(h.x, h.y, kRButton), kMouseEventNotHandled);
+    EXPECT_EQ(press(h.x, h.y, kRButton | kControl), kMouseEventNotHandled);
+    press(h.x, h.y);
+    log.clear();
+    moveTo(h.x + 50, h.y + 50, 0);
+    moveTo(h.x + 50, h.y + 50, kRButton);
+    EXPECT_EQ(handleTopLeft(), h);
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(TouchPadTest, ControlClickReturnsToTheCentreWithoutAnEdit) {
+    EXPECT_EQ(press(0, 0, kLButton | kControl), kIgnored);
+    EXPECT_TRUE(log.empty()); // already there
+    const CPoint h = handleAt(1.0f, 1.0f);
+    pad->draw(&context);
+    EXPECT_EQ(press(0, 0, kLButton | kControl), kIgnored);
+    EXPECT_FLOAT_EQ(pad->getXValue(), 0.5f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 0.5f);
+    EXPECT_EQ(log, EventLog{"changed"});
+    // With any other modifier it is an ordinary click.
+    pad->setXYValue(1.0f, 1.0f);
+    log.clear();
+    EXPECT_EQ(press(h.x, h.y, kLButton | kControl | kShift), kMouseEventHandled);
+    EXPECT_EQ(log.front(), "listener begin");
+    EXPECT_FLOAT_EQ(pad->getXValue(), 1.0f);
+}
+
+// Grabbed at the integer half, mapped with the exact one: an odd handle
+// moves by half a pixel when grabbed.
+TEST_F(TouchPadTest, OddHandleIsGrabbedAtItsIntegerHalf) {
+    CBitmap* odd = new CBitmap(*frame, 21, 21);
+    pad = addPad(odd, CRect(210, 20, 383, 193));
+    odd->forget();
+    const CPoint h = handleTopLeft();
+    press(h.x + 4, h.y + 4);
+    EXPECT_FLOAT_EQ(pad->getXValue(), (h.x - 210 - 0.5f) / 152.0f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), (h.y - 20 - 0.5f) / 152.0f);
+}
+
+TEST_F(TouchPadTest, HandleImageIsCountedButNotByCopies) {
+    EXPECT_EQ(handle->getNbReference(), 2);
+    CView* copy = pad->newCopy();
+    EXPECT_STREQ(copy->getClassName(), "ZelTouchPad");
+    EXPECT_EQ(static_cast<ZelTouchPad*>(copy)->getHandleBitmap(), handle);
+    EXPECT_EQ(handle->getNbReference(), 2);
+    handle->remember(); // the copy releases a reference it never took
+    copy->forget();
+
+    CBitmap* other = new CBitmap(*frame, 10, 10);
+    pad->setHandleBitmap(other);
+    pad->setHandleBitmap(other); // the same again keeps it alive
+    EXPECT_EQ(handle->getNbReference(), 1);
+    EXPECT_EQ(other->getNbReference(), 2);
+    frame->removeView(pad);
+    EXPECT_EQ(other->getNbReference(), 1);
+    other->forget();
+}
+
+TEST_F(TouchPadTest, MissingOrOversizedHandleAndWildValuesStayDefined) {
+    // Without an image the handle is a point that travels the whole pad.
+    pad->setHandleBitmap(nullptr);
+    pad->setXYValue(1.0f, 1.0f);
+    pad->draw(&context);
+    ASSERT_EQ(context.draws.size(), 1u);
+    EXPECT_EQ(handleTopLeft(), CPoint(kPadRect.right, kPadRect.bottom));
+    EXPECT_EQ(press(kPadRect.right, kPadRect.bottom), kMouseEventHandled);
+    moveTo(0, 1000);
+    EXPECT_FLOAT_EQ(pad->getXValue(), 0.0f);
+    EXPECT_FLOAT_EQ(pad->getYValue(), 1.0f);
+
+    // A handle that fills the pad has nowhere to go.
+    CBitmap* huge = new CBitmap(*frame, 300, 173);
+    pad->setHandleBitmap(huge);
+    huge->forget();
+    CPoint anywhere(kPadRect.left + 100, kPadRect.top + 100);
+    EXPECT_FLOAT_EQ(pad->valueFromPoint(anywhere), 0.0f);
+    EXPECT_EQ(handleTopLeft(), CPoint(kPadRect.left, kPadRect.top));
+
+    ZelTouchPad* empty = addPad(nullptr, CRect(50, 50, 50, 50));
+    CPoint corner(50, 50);
+    EXPECT_EQ(empty->onMouseDown(corner, kLButton), kMouseEventHandled);
+    EXPECT_FLOAT_EQ(empty->getValue(), 0.0f);
+
+    pad->setHandleBitmap(handle);
+    pad->setXYValue(std::numeric_limits<float>::quiet_NaN(),
+                    std::numeric_limits<float>::infinity());
+    pad->draw(&context);
+    EXPECT_GT(handleTopLeft().y, kPadRect.bottom);
+    press(0, 0, kLButton | kControl);
+    EXPECT_EQ(handleTopLeft(), CPoint(10 + 77, 20 + 77));
+}
+
+} // namespace
