@@ -1,11 +1,12 @@
 #include "ZelAmbiEncEdit.h"
 
-#include "aeffeditor.h"
+#include "ZAE_editor.h"
 
 ZelAmbiEncEdit::ZelAmbiEncEdit(audioMasterCallback audioMaster) : ZelAmbiEnc(audioMaster) {
-    // The editor window is created and handed to setEditor() here, the one
-    // place where this effect gets an editor. Until it exists the host sees no
-    // effFlagsHasEditor and parameter changes reach no editor.
+    // The editor registers itself with this effect (setEditor, which also
+    // raises effFlagsHasEditor); the effect owns and deletes it. Its window
+    // is made only when the host opens it.
+    editor = new ZAE_editor(this);
     resume();
 }
 

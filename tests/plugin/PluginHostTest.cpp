@@ -39,8 +39,8 @@ TEST(PluginIdentity, EffectRecord) {
     EXPECT_EQ(e.numParams, 7);
     EXPECT_EQ(e.numInputs, 1);
     EXPECT_EQ(e.numOutputs, 16);
-    // No editor yet, no double precision, no chunks, not a synth.
-    EXPECT_EQ(e.flags, effFlagsCanReplacing);
+    // An editor, but no double precision, no chunks, not a synth.
+    EXPECT_EQ(e.flags, effFlagsCanReplacing | effFlagsHasEditor);
     EXPECT_EQ(e.initialDelay, 0);
     EXPECT_NE(e.processReplacing, nullptr);
     EXPECT_NE(e.processDoubleReplacing, nullptr);

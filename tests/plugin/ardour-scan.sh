@@ -39,5 +39,6 @@ expect 'id="1515729784"' # 'ZX3x'
 expect 'n_inputs="1"'
 expect 'n_outputs="16"'
 expect 'can_process_replace="1"'
+expect 'has_editor="1"'
 expect 'is_instrument="0"'
 exit $status

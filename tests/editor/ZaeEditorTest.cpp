@@ -1,0 +1,248 @@
+// The plug-in's editor without a window: layout, the two-way synchronisation
+// between controls and parameters, and the value displays.
+#include "ZAE_editor.h"
+#include "ZelAmbiEncEdit.h"
+#include "ZelTouchPad.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Call {
+    VstInt32 opcode;
+    VstInt32 index;
+    float value;
+};
+
+std::vector<Call> calls;
+
+VstIntPtr host(AEffect*, VstInt32 opcode, VstInt32 index, VstIntPtr, void*, float opt) {
+    if (opcode == audioMasterVersion) return 2400;
+    if (opcode == audioMasterAutomate || opcode == audioMasterBeginEdit ||
+        opcode == audioMasterEndEdit)
+        calls.push_back({opcode, index, opt});
+    return 0;
+}
+
+class EditorTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        calls.clear();
+        plugin = std::make_unique<ZelAmbiEncEdit>(host);
+        editor = static_cast<ZAE_editor*>(plugin->getEditor());
+    }
+    void TearDown() override {
+        if (editor != nullptr) editor->close();
+    }
+    void open() { ASSERT_TRUE(editor->open(nullptr)); }
+    CFrame* frame() { return editor->getFrame(); }
+    std::string hostText(int index) {
+        char text[256] = {};
+        plugin->getParameterDisplay(index, text);
+        return text;
+    }
+    static std::string shown(CParamDisplay* display) {
+        char text[CParamDisplay::kTextBufferSize] = {};
+        display->getDisplayString(text);
+        return text;
+    }
+
+    std::unique_ptr<ZelAmbiEncEdit> plugin;
+    ZAE_editor* editor = nullptr;
+};
+
+} // namespace
+
+TEST_F(EditorTest, HostSeesAnEditorWithTheBackgroundsSize) {
+    EXPECT_TRUE(plugin->getAeffect()->flags & effFlagsHasEditor);
+    ERect* rect = nullptr;
+    ASSERT_TRUE(editor->getRect(&rect));
+    EXPECT_EQ(rect->left, 0);
+    EXPECT_EQ(rect->top, 0);
+    EXPECT_GE(rect->right, 288);
+    EXPECT_GE(rect->bottom, 250);
+    const ERect before = *rect;
+    open();
+    editor->close();
+    ASSERT_TRUE(editor->getRect(&rect));
+    EXPECT_EQ(rect->right, before.right);
+    EXPECT_EQ(rect->bottom, before.bottom);
+}
+
+TEST_F(EditorTest, OpenPlacesControlsFromTheCurrentParameters) {
+    open();
+    ASSERT_NE(editor->getTouchPad(), nullptr);
+    // Default program: x = 4 m ahead, y = 0: the handle at the top centre.
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
+    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.0f);
+    EXPECT_EQ(editor->getTouchPad()->getTag(), kX);
+    // Compensation off (1.0) shows the switch's first frame.
+    EXPECT_EQ(editor->getNfcSwitch()->getValue(), 0.0f);
+    EXPECT_EQ(editor->getNfcSwitch()->getFrameIndex(), 0);
+    EXPECT_EQ(editor->getNfcSwitch()->getTag(), kNFC);
+    EXPECT_EQ(shown(editor->getNfcDisplay()), "off");
+    EXPECT_EQ(shown(editor->getXDisplay()), hostText(kX));
+    EXPECT_EQ(shown(editor->getYDisplay()), hostText(kY));
+    EXPECT_EQ(editor->getXDisplay()->getFontColor(), kDisplayTextColour);
+    // Pad rectangle and the handle's travel: 173 wide pad, 20 wide handle.
+    CRect pad;
+    editor->getTouchPad()->getViewSize(pad);
+    EXPECT_EQ(pad, CRect(85, 77, 258, 250));
+}
+
+TEST_F(EditorTest, PadPositionFollowsTheCoordinates) {
+    open();
+    plugin->setParameter(kX, 0.5f);
+    plugin->setParameter(kY, 0.5f);
+    plugin->setParameter(kAzim, plugin->getParameter(kAzim)); // refreshes the pad
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
+    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.5f);
+
+    plugin->setParameter(kY, 1.0f); // y alone: the pad stays where it was
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
+    plugin->setParameter(kAzim, plugin->getParameter(kAzim));
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.0f); // left centre
+    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.5f);
+    EXPECT_EQ(shown(editor->getYDisplay()), "4.00");
+}
+
+TEST_F(EditorTest, HostChangesOfEachIndexRefreshTheirRow) {
+    open();
+    // Distance: the pad moves with the derived x, y.
+    plugin->setParameter(kDist, 0.5f); // 2 m straight ahead
+    EXPECT_FLOAT_EQ(editor->getTouchPad()->getYValue(), 1.0f - plugin->getParameter(kX));
+    EXPECT_EQ(shown(editor->getXDisplay()), "2.00");
+    // Compensation distance: complement on the switch and a fresh display.
+    CRect dirty;
+    frame()->takeInvalidRect(dirty);
+    plugin->setParameter(kNFC, 0.25f);
+    EXPECT_EQ(editor->getNfcSwitch()->getValue(), 0.75f);
+    EXPECT_EQ(shown(editor->getNfcDisplay()), hostText(kNFC));
+    ASSERT_TRUE(frame()->takeInvalidRect(dirty));
+    CRect display;
+    EXPECT_TRUE(dirty.rectOverlap(editor->getNfcDisplay()->getViewSize(display)));
+    // Out-of-range indices change nothing and do not crash.
+    const float padX = editor->getTouchPad()->getXValue();
+    plugin->setParameter(-1, 0.3f);
+    plugin->setParameter(7, 0.3f);
+    editor->setParameter(1000, 0.0f);
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), padX);
+}
+
+TEST_F(EditorTest, ProgramSwitchMovesTheControls) {
+    open();
+    plugin->setProgram(3);
+    plugin->setParameter(kAzim, 0.25f); // program 3: 90 degrees, 4 m: y = 4 m
+    plugin->setProgram(0);
+    plugin->setProgram(3);
+    EXPECT_NEAR(editor->getTouchPad()->getXValue(), 0.0f, 1e-6f);
+    EXPECT_EQ(shown(editor->getYDisplay()), hostText(kY));
+}
+
+TEST_F(EditorTest, PadDragWritesYThenXAndAnnouncesTheEditOfX) {
+    open();
+    ZelTouchPad* pad = editor->getTouchPad();
+    CDrawContext context; // the pad grabs where its handle was last drawn
+    frame()->drawRect(&context, CRect(0, 0, 300, 260));
+    CPoint handle;
+    pad->valueToPoint(handle);
+    CPoint down(handle.x + 10, handle.y + 10); // the middle of the 20 x 20 handle
+    ASSERT_EQ(frame()->onMouseDown(down, kLButton), kMouseEventHandled);
+    CPoint to(85, 77); // drag the handle to the top-left corner
+    frame()->onMouseMoved(to, kLButton);
+    frame()->onMouseUp(to, 0);
+
+    ASSERT_GE(calls.size(), 4u);
+    EXPECT_EQ(calls.front().opcode, audioMasterBeginEdit);
+    EXPECT_EQ(calls.front().index, kX);
+    EXPECT_EQ(calls.back().opcode, audioMasterEndEdit);
+    EXPECT_EQ(calls.back().index, kX);
+    // Every movement writes y, then x: pad values (0, 0) mean x = y = 1.
+    const Call& y = calls[calls.size() - 3];
+    const Call& x = calls[calls.size() - 2];
+    EXPECT_EQ(y.opcode, audioMasterAutomate);
+    EXPECT_EQ(y.index, kY);
+    EXPECT_EQ(y.value, 1.0f);
+    EXPECT_EQ(x.opcode, audioMasterAutomate);
+    EXPECT_EQ(x.index, kX);
+    EXPECT_EQ(x.value, 1.0f);
+    for (size_t i = 1; i + 1 < calls.size(); ++i) EXPECT_EQ(calls[i].opcode, audioMasterAutomate);
+    // Each write lands outside the 4 m sphere and is pulled back onto it: y
+    // first (to 45 degrees from straight ahead), then x (to about 35).
+    ZelAmbisonicEncoder expected(kAmbi3P);
+    expected.sety(1.0f);
+    expected.setx(1.0f);
+    EXPECT_NEAR(plugin->getParameter(kAzim), expected.getazim(), 1e-5f);
+    EXPECT_EQ(hostText(kAzim), "35");
+    EXPECT_EQ(hostText(kDist), "off");
+}
+
+TEST_F(EditorTest, SwitchClickSetsTheCompensationDistance) {
+    open();
+    CVerticalSwitch* sw = editor->getNfcSwitch();
+    CRect r;
+    sw->getViewSize(r);
+    CPoint bottom(r.left + 5, r.bottom - 1);
+    frame()->onMouseDown(bottom, kLButton);
+    frame()->onMouseUp(bottom, 0);
+    EXPECT_EQ(plugin->getParameter(kNFC), 0.0f); // bottom = 0.5 m
+    EXPECT_EQ(hostText(kNFC), "0.50");
+    EXPECT_EQ(shown(editor->getNfcDisplay()), "0.50");
+    bool sawAutomate = false;
+    for (const Call& c : calls)
+        if (c.opcode == audioMasterAutomate) {
+            EXPECT_EQ(c.index, kNFC);
+            sawAutomate = true;
+        }
+    EXPECT_TRUE(sawAutomate);
+}
+
+TEST_F(EditorTest, ValueChangedIgnoresUnknownTagsAndZ) {
+    open();
+    for (long tag : {-1L, 4L, 7L, 1000L}) {
+        CControl stray(CRect(0, 0, 10, 10), editor, tag);
+        stray.setValue(0.3f);
+        editor->valueChanged(&stray);
+    }
+    EXPECT_TRUE(calls.empty());
+    CControl azimuth(CRect(0, 0, 10, 10), editor, kAzim);
+    azimuth.setValue(0.5f);
+    editor->valueChanged(&azimuth);
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].index, kAzim);
+    EXPECT_EQ(hostText(kAzim), "180");
+}
+
+TEST_F(EditorTest, ClosedEditorIgnoresChangesAndReopensComplete) {
+    open();
+    ZelTouchPad* first = editor->getTouchPad();
+    editor->close();
+    plugin->setParameter(kX, 0.2f); // no frame: nothing to refresh, no crash
+    plugin->setParameter(kNFC, 0.0f);
+    open();
+    EXPECT_NE(frame(), nullptr);
+    EXPECT_EQ(editor->getNfcSwitch()->getValue(), 1.0f); // reopened at 0.5 m
+    EXPECT_FLOAT_EQ(editor->getTouchPad()->getYValue(), 1.0f - plugin->getParameter(kX));
+    (void)first;
+}
+
+TEST_F(EditorTest, ChangesFromAnotherThreadWaitForIdle) {
+    open();
+    std::thread automation([this] {
+        plugin->setParameter(kX, 0.5f);
+        plugin->setParameter(kY, 0.5f);
+        plugin->setParameter(kAzim, plugin->getParameter(kAzim));
+    });
+    automation.join();
+    // Nothing touched the controls off the window's thread...
+    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.0f);
+    editor->idle();
+    // ...and the next idle shows the new position.
+    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
+    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.5f);
+}
