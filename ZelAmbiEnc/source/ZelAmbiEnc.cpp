@@ -46,6 +46,9 @@ constexpr char kDefaultProgramName[] = "Init";
 constexpr VstInt32 kVendorVersion = 1000;
 // A distance of 4 m is the outer limit, where the effect of either distance is off.
 constexpr float kOffDistance = 4.0f;
+// Sample rates the near-field filters can be designed for in single precision.
+constexpr float kLowestSampleRate = 1.0f;
+constexpr float kHighestSampleRate = 1.0e7f;
 constexpr std::size_t kMaxProgramNameChars = kVstMaxProgNameLen - 1;
 // Our fixed texts are all well within the host's buffers and go in whole.
 constexpr std::size_t kMaxFixedTextChars = kVstMaxLabelLen - 1;
@@ -81,6 +84,10 @@ void ZelAmbiEnc::resume() {
 }
 
 void ZelAmbiEnc::setSampleRate(float sampleRate) {
+    // A rate that is no real rate (some scanners send 0) would turn the
+    // near-field coefficients into infinities and the outputs into NaN until
+    // the next switch-on: keep the rate we have.
+    if (!(sampleRate >= kLowestSampleRate && sampleRate <= kHighestSampleRate)) return;
     AudioEffectX::setSampleRate(sampleRate);
     encoder.setfs(sampleRate);
 }

@@ -104,6 +104,27 @@ TEST(PluginClasses, SampleRateReachesBaseAndEncoder) {
     EXPECT_EQ(effect.getEncoder().getfs(), 96000.0f);
 }
 
+TEST(PluginClasses, RatesThatAreNoRatesAreIgnored) {
+    ZelAmbiEncEdit effect(recordingHost);
+    effect.setParameter(kNFC, 0.2f); // compensation on: the filters run
+    effect.setParameter(kDist, 0.8f);
+    effect.dispatcher(effSetSampleRate, 0, 0, nullptr, 48000.0f);
+    for (float bad : {0.0f, -44100.0f, std::nanf(""), 1e-30f, INFINITY}) {
+        effect.dispatcher(effSetSampleRate, 0, 0, nullptr, bad);
+        EXPECT_EQ(effect.getSampleRate(), 48000.0f) << bad;
+        EXPECT_EQ(effect.getEncoder().getfs(), 48000.0f) << bad;
+    }
+    std::vector<float> input(512, 0.25f);
+    std::vector<std::vector<float>> out(16, std::vector<float>(512));
+    float* in[1] = {input.data()};
+    float* outs[16];
+    for (int c = 0; c < 16; ++c) outs[c] = out[c].data();
+    effect.dispatcher(effMainsChanged, 0, 1, nullptr, 0.0f);
+    effect.processReplacing(in, outs, 512);
+    for (int c = 0; c < 16; ++c)
+        for (float v : out[c]) ASSERT_TRUE(std::isfinite(v)) << "channel " << c;
+}
+
 TEST(PluginClasses, OwnProcessReplacesLikeProcessReplacing) {
     ZelAmbiEnc a(recordingHost), b(recordingHost);
     for (ZelAmbiEnc* fx : {&a, &b}) fx->setParameter(kAzim, 0.3f);
