@@ -150,9 +150,20 @@ void ZAE_editor::setParameter(VstInt32 index, float /*value*/) {
     refresh(index);
 }
 
+void ZAE_editor::markPadIfMoved(float oldX, float oldY) {
+    // The pad's change detection compares only the mean of its two values, so
+    // a move along the other diagonal (azimuth turning at a fixed distance)
+    // would leave the handle drawn where it was.
+    if (touchPad->getXValue() != oldX || touchPad->getYValue() != oldY) touchPad->setDirty(true);
+}
+
 void ZAE_editor::refreshPadAndCoordinates() {
-    if (touchPad)
+    if (touchPad) {
+        const float oldX = touchPad->getXValue();
+        const float oldY = touchPad->getYValue();
         touchPad->setXYValue(static_cast<float>(1.0 - P(kY)), static_cast<float>(1.0 - P(kX)));
+        markPadIfMoved(oldX, oldY);
+    }
     if (xDisplay) xDisplay->setValue(P(kX));
     if (yDisplay) yDisplay->setValue(P(kY));
     if (zDisplay) zDisplay->setValue(P(kZ));
@@ -173,8 +184,11 @@ void ZAE_editor::refresh(int index) {
         break;
     case kX:
         if (touchPad) {
+            const float oldX = touchPad->getXValue();
+            const float oldY = touchPad->getYValue();
             touchPad->setYValue(static_cast<float>(1.0 - P(kX)));
             touchPad->setXValue(static_cast<float>(1.0 - P(kY)));
+            markPadIfMoved(oldX, oldY);
         }
         if (azimuthControl) azimuthControl->setValue(P(kAzim));
         if (azimuthDisplay) azimuthDisplay->setValue(P(kAzim));

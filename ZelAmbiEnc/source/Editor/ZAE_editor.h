@@ -58,6 +58,7 @@ private:
     float P(int index) const; // the effect's current normalised value
     void refresh(int index);  // the synchronisation row of one parameter
     void refreshPadAndCoordinates();
+    void markPadIfMoved(float oldX, float oldY);
     void applyPendingChanges();
     CParamDisplay* addDisplay(const CRect& size, int index,
                               CParamDisplay::StringConvertWithData convert);
