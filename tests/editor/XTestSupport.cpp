@@ -156,6 +156,51 @@ std::uint32_t XClient::pixel(xcb_window_t window, int x, int y) {
     return value;
 }
 
+WindowImage XClient::image(xcb_window_t window, int width, int height) {
+    WindowImage result;
+    xcb_get_image_reply_t* reply = xcb_get_image_reply(
+        connection,
+        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0,
+                      static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), ~0u),
+        nullptr);
+    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    // 32 bits per pixel in the server's (little-endian) order, no row padding.
+    if (reply && static_cast<std::size_t>(xcb_get_image_data_length(reply)) >= count * 4) {
+        result.width = width;
+        result.height = height;
+        result.pixels.resize(count);
+        std::memcpy(result.pixels.data(), xcb_get_image_data(reply), count * 4);
+        for (std::uint32_t& pixel : result.pixels) pixel &= 0xffffff;
+    }
+    std::free(reply);
+    return result;
+}
+
+WindowGeometry XClient::geometry(xcb_window_t window) {
+    WindowGeometry result;
+    xcb_get_geometry_reply_t* reply =
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
+    if (reply) result = {reply->x, reply->y, reply->width, reply->height};
+    std::free(reply);
+    return result;
+}
+
+std::string XClient::name(xcb_window_t window) {
+    xcb_get_property_reply_t* reply = xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, window, XCB_ATOM_WM_NAME, XCB_ATOM_ANY, 0, 1024), nullptr);
+    std::string result;
+    if (reply && reply->format == 8)
+        result.assign(static_cast<const char*>(xcb_get_property_value(reply)),
+                      static_cast<std::size_t>(xcb_get_property_value_length(reply)));
+    std::free(reply);
+    return result;
+}
+
+xcb_window_t XClient::root() const {
+    return screen ? screen->root : 0;
+}
+
 void XClient::fakeInput(std::uint8_t type, std::uint8_t detail, int x, int y) {
     xcb_test_fake_input(connection, type, detail, XCB_CURRENT_TIME, screen->root,
                         static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);

@@ -6,10 +6,29 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 #include <xcb/xcb.h>
 
 namespace editortest {
+
+// A rectangle of a window's pixels, 0xRRGGBB each, row by row.
+struct WindowImage {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels;
+    std::uint32_t at(int x, int y) const {
+        return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                      static_cast<std::size_t>(x)];
+    }
+};
+
+struct WindowGeometry {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
 
 // Starts "Xvfb -displayfd" on a free display before the tests and stops it
 // afterwards; DISPLAY then names it. Failing to start fails every test.
@@ -30,6 +49,13 @@ public:
     bool isViewable(xcb_window_t window);
     // The 0xRRGGBB colour of one pixel of a window, or ~0 if unreadable.
     std::uint32_t pixel(xcb_window_t window, int x, int y);
+    // The window's top-left width x height pixels; empty if unreadable.
+    WindowImage image(xcb_window_t window, int width, int height);
+    // Position within the parent and size; all 0 if the window is gone.
+    WindowGeometry geometry(xcb_window_t window);
+    // The window's WM_NAME, as a host's top-level window carries its title.
+    std::string name(xcb_window_t window);
+    xcb_window_t root() const;
 
     // Pointer and keyboard input, as if from the user; root coordinates.
     void movePointer(int x, int y);

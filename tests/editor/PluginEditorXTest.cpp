@@ -1,0 +1,340 @@
+// The built plug-in's editor in a real X window under a private Xvfb, driven
+// as a host and a user drive it: the dispatcher's editor opcodes, pointer
+// input through XTest, host automation, and the host's reports checked.
+
+#include "EditorPixels.h"
+#include "PluginEditorSession.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+using namespace editortest;
+
+namespace {
+
+enum { kAzim = 0, kElev = 1, kX = 2, kY = 3, kZ = 4, kDist = 5, kNFC = 6 };
+
+// Normalised values of positions and distances the tests place.
+constexpr float kTwoMetres = 0.5f;                   // distance 4 m .. 0 m
+constexpr float kAzimuthLeft = 0.25f;                // 90 degrees
+constexpr float kCompensationOneMetre = 0.5f / 3.5f; // 0.5 m .. 4 m
+
+// Normalised parameter value for a coordinate in metres (-4 .. 4 m).
+float coordinate(double metres) {
+    return static_cast<float>((metres + 4.0) / 8.0);
+}
+
+// What the pad reports for a handle dragged by its centre to window point
+// (x, y): clamped to the handle's travel, then the complements the editor
+// writes for y (horizontal) and x (vertical).
+struct PadWrite {
+    float y;
+    float x;
+};
+PadWrite padWriteFor(int x, int y) {
+    using namespace layout;
+    const auto travel = static_cast<float>(kPadSide - kHandleSide);
+    const float half = kHandleSide / 2.0f;
+    float fx = static_cast<float>(x) - kPadLeft - half;
+    float fy = static_cast<float>(y) - kPadTop - half;
+    fx = std::fmin(fx, travel) / travel;
+    fy = std::fmin(fy, travel) / travel;
+    return {1.0f - std::fmax(fx, 0.0f), 1.0f - std::fmax(fy, 0.0f)};
+}
+
+// A drag of the pad as the host must hear it: one edit of x (the pad's tag),
+// and inside it pairs of automation reports, y before x.
+::testing::AssertionResult isOneEditOfXWithPairs(const std::vector<EditReport>& reports) {
+    if (reports.size() < 4) return ::testing::AssertionFailure() << reports.size() << " reports";
+    if (!(reports.front() == EditReport{audioMasterBeginEdit, kX, 0.0f}))
+        return ::testing::AssertionFailure() << "does not begin with the edit of x";
+    if (!(reports.back() == EditReport{audioMasterEndEdit, kX, 0.0f}))
+        return ::testing::AssertionFailure() << "does not end with the edit of x";
+    if (reports.size() % 2 != 0) return ::testing::AssertionFailure() << "unpaired report";
+    for (std::size_t i = 1; i + 1 < reports.size(); i += 2) {
+        if (reports[i].opcode != audioMasterAutomate || reports[i].index != kY ||
+            reports[i + 1].opcode != audioMasterAutomate || reports[i + 1].index != kX)
+            return ::testing::AssertionFailure() << "report " << i << " is not a (y, x) pair";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+double distance(const Spot& a, const Spot& b) {
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+struct PluginEditorX : ::testing::Test {
+    XClient client;
+    void SetUp() override {
+        ASSERT_TRUE(xvfbIsRunning());
+        ASSERT_TRUE(client.ok());
+    }
+
+    // Places the source in the horizontal plane from the host's side.
+    static void placeSource(HostedEditorPlugin& plugin, float azimuth, float distanceValue) {
+        plugin.setParameter(kElev, 0.5f);
+        plugin.setParameter(kDist, distanceValue);
+        plugin.setParameter(kAzim, azimuth);
+    }
+    // Idles until the handle glows where the parameters put it.
+    static ::testing::AssertionResult waitForHandleAtParameters(PluginEditorSession& editor,
+                                                                std::optional<Spot>& found) {
+        HostedEditorPlugin& plugin = editor.plugin();
+        const Spot expected =
+            expectedHandleCentre(plugin.getParameter(kX), plugin.getParameter(kY));
+        if (editor.idleUntil([&] {
+                found = findHandleGlow(editor.snapshot());
+                return found && distance(*found, expected) < 1.5;
+            }))
+            return ::testing::AssertionSuccess();
+        ::testing::AssertionResult failure = ::testing::AssertionFailure();
+        failure << "handle expected at " << expected.x << ", " << expected.y;
+        if (found) failure << "; glows at " << found->x << ", " << found->y;
+        return failure;
+    }
+};
+
+} // namespace
+
+TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeShowingTheBackground) {
+    PluginEditorSession editor(client, 0, 0);
+    EXPECT_EQ(editor.plugin().editorSize().width, 300);
+    EXPECT_EQ(editor.plugin().editorSize().height, 260);
+    ASSERT_TRUE(editor.opened());
+    ASSERT_TRUE(editor.waitUntilPainted());
+    const WindowGeometry geometry = client.geometry(editor.window());
+    EXPECT_EQ(geometry.x, 0);
+    EXPECT_EQ(geometry.y, 0);
+    EXPECT_EQ(geometry.width, 300);
+    EXPECT_EQ(geometry.height, 260);
+    // The handle stands where the initial program puts the source.
+    std::optional<Spot> handle;
+    EXPECT_TRUE(waitForHandleAtParameters(editor, handle));
+}
+
+TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
+    PluginEditorSession editor(client, 0, 0);
+    HostedEditorPlugin& plugin = editor.plugin();
+    ASSERT_TRUE(editor.waitUntilPainted());
+    // From the centre, with every move inside 4 m: writing y before x never
+    // passes a point beyond the outer limit, where the encoder would pull the
+    // source back in.
+    placeSource(plugin, 0.0f, 1.0f);
+    std::optional<Spot> centre; // the pad hit-tests the handle where it last drew it
+    ASSERT_TRUE(waitForHandleAtParameters(editor, centre));
+    plugin.clearReports();
+
+    // Grab the handle by its centre, so that the pad follows the pointer exactly.
+    const Spot start = expectedHandleCentre(plugin.getParameter(kX), plugin.getParameter(kY));
+    editor.movePointer(static_cast<int>(start.x + 0.5), static_cast<int>(start.y + 0.5));
+    client.pressButton(1);
+    ASSERT_TRUE(editor.idleUntil([&] { return !plugin.reportsOf(audioMasterAutomate).empty(); }));
+    EXPECT_EQ(plugin.reports().front(), (EditReport{audioMasterBeginEdit, kX, 0.0f}));
+
+    const int targets[][2] = {{140, 130}, {200, 190}, {150, 180}};
+    for (const auto& target : targets) {
+        const PadWrite expected = padWriteFor(target[0], target[1]);
+        editor.movePointer(target[0], target[1]);
+        ASSERT_TRUE(editor.idleUntil([&] {
+            const std::vector<EditReport> automation = plugin.reportsOf(audioMasterAutomate);
+            return automation.size() >= 2 && automation.back().index == kX &&
+                   automation.back().value == expected.x &&
+                   automation[automation.size() - 2].value == expected.y;
+        })) << "move to "
+            << target[0] << ", " << target[1];
+        EXPECT_NEAR(plugin.getParameter(kY), expected.y, 1e-6f);
+        EXPECT_NEAR(plugin.getParameter(kX), expected.x, 1e-6f);
+    }
+    // Beyond the pad's top-left corner (the pointer is still captured) the pad
+    // holds at its corner and writes the largest x and y; the encoder keeps
+    // the source on its 4 m limit, front left.
+    editor.movePointer(-40, -30);
+    ASSERT_TRUE(editor.idleUntil([&] {
+        const std::vector<EditReport> automation = plugin.reportsOf(audioMasterAutomate);
+        return automation.back().value == 1.0f && automation[automation.size() - 2].value == 1.0f;
+    }));
+    EXPECT_EQ(plugin.getParameter(kDist), 0.0f);
+    EXPECT_GT(plugin.getParameter(kAzim), 0.0f);
+    EXPECT_LT(plugin.getParameter(kAzim), kAzimuthLeft);
+
+    client.releaseButton(1);
+    ASSERT_TRUE(editor.idleUntil([&] { return !plugin.reportsOf(audioMasterEndEdit).empty(); }));
+    const std::vector<EditReport> reports = plugin.reports();
+    EXPECT_TRUE(isOneEditOfXWithPairs(reports));
+    EXPECT_GE(reports.size(), 2 + 2 * (std::size(targets) + 1));
+
+    // The window follows the stored position.
+    std::optional<Spot> handle;
+    EXPECT_TRUE(waitForHandleAtParameters(editor, handle));
+}
+
+TEST_F(PluginEditorX, ClickOnTheSwitchSetsTheCompensationDistance) {
+    using namespace layout;
+    PluginEditorSession editor(client, 0, 0);
+    HostedEditorPlugin& plugin = editor.plugin();
+    ASSERT_TRUE(editor.waitUntilPainted());
+    ASSERT_EQ(plugin.display(kNFC), "off");
+    const WindowImage before = editor.snapshot();
+    plugin.clearReports();
+
+    // 60 px down the switch's 96 px: band 49 of 79, counted from "off" at the top.
+    editor.click((kSwitchLeft + kSwitchRight) / 2, kSwitchTop + 60);
+    ASSERT_TRUE(editor.idleUntil([&] { return !plugin.reportsOf(audioMasterEndEdit).empty(); }));
+    const float written = 1.0f - 49.0f / (kSwitchPositions - 1);
+    EXPECT_EQ(plugin.reports(), (std::vector<EditReport>{{audioMasterBeginEdit, kNFC, 0.0f},
+                                                         {audioMasterAutomate, kNFC, written},
+                                                         {audioMasterEndEdit, kNFC, 0.0f}}));
+    EXPECT_NEAR(plugin.getParameter(kNFC), written, 1e-6f);
+    const std::string text = plugin.display(kNFC);
+    EXPECT_NEAR(std::strtod(text.c_str(), nullptr), 0.5 + 3.5 * written, 0.005) << text;
+
+    // The switch and the display beneath it repaint; the pad stays as it was.
+    EXPECT_TRUE(editor.idleUntil([&] {
+        const WindowImage after = editor.snapshot();
+        return differingPixels(before, after, kSwitchLeft, kSwitchTop, kSwitchRight,
+                               kSwitchBottom) > 0 &&
+               differingPixels(before, after, kNfcDisplayLeft, kNfcDisplayTop, kNfcDisplayRight,
+                               kNfcDisplayBottom) > 0;
+    }));
+    EXPECT_EQ(differingPixels(before, editor.snapshot(), kPadLeft + 20, kPadTop + 20,
+                              kPadLeft + kPadSide - 20, kPadTop + kPadSide - 20),
+              0);
+}
+
+TEST_F(PluginEditorX, HostAutomationOfTheAzimuthMovesTheHandle) {
+    PluginEditorSession editor(client, 0, 0);
+    HostedEditorPlugin& plugin = editor.plugin();
+    ASSERT_TRUE(editor.waitUntilPainted());
+
+    placeSource(plugin, 0.0f, kTwoMetres); // 2 m to the front: above the centre
+    std::optional<Spot> front;
+    ASSERT_TRUE(waitForHandleAtParameters(editor, front));
+    EXPECT_NEAR(plugin.getParameter(kX), coordinate(2.0), 1e-6f);
+
+    // 2 m to the left: left of the centre. The pad's two values keep their
+    // mean on this move, so only a repaint that looks at both shows it.
+    plugin.setParameter(kAzim, kAzimuthLeft);
+    std::optional<Spot> left;
+    ASSERT_TRUE(waitForHandleAtParameters(editor, left));
+    EXPECT_NEAR(plugin.getParameter(kY), coordinate(2.0), 1e-6f);
+
+    // 2 m is 153 / 4 px of travel on each axis.
+    const double quarter = (layout::kPadSide - layout::kHandleSide) / 4.0;
+    EXPECT_NEAR(left->x - front->x, -quarter, 1.5);
+    EXPECT_NEAR(left->y - front->y, quarter, 1.5);
+    // Host automation is no user edit: nothing is reported back.
+    EXPECT_TRUE(plugin.reports().empty());
+}
+
+TEST_F(PluginEditorX, FiftyOpenCloseCyclesLeaveNoWindowOrConnection) {
+    HostedEditorPlugin plugin;
+    const EditorSize size = plugin.editorSize();
+    const xcb_window_t parent = client.createParent(0, 0, size.width, size.height);
+    const std::size_t topLevelWindows = client.children(client.root()).size();
+    const int filesBefore = openFileCount();
+    for (int cycle = 0; cycle < 50; cycle++) {
+        ASSERT_TRUE(plugin.openEditor(parent)) << "cycle " << cycle;
+        for (int round = 0; round < 3; round++) plugin.idleEditor();
+        plugin.closeEditor();
+    }
+    EXPECT_TRUE(pumpUntil([&] { client.sync(); }, [&] { return client.children(parent).empty(); }));
+    EXPECT_EQ(client.children(client.root()).size(), topLevelWindows);
+    EXPECT_EQ(openFileCount(), filesBefore) << "every editor connection is closed";
+    client.destroy(parent);
+}
+
+TEST_F(PluginEditorX, TwoInstancesWithEditorsOpenAtOnceKeepTheirOwnState) {
+    using namespace layout;
+    PluginEditorSession left(client, 0, 0);
+    PluginEditorSession right(client, 320, 0);
+    ASSERT_TRUE(left.waitUntilPainted());
+    ASSERT_TRUE(right.waitUntilPainted());
+    const WindowImage leftBefore = left.snapshot();
+    const WindowImage rightBefore = right.snapshot();
+    auto idleBoth = [&] {
+        left.idle();
+        right.idle();
+    };
+
+    right.click((kSwitchLeft + kSwitchRight) / 2, kSwitchBottom - 1); // nearest compensation
+    ASSERT_TRUE(
+        pumpUntil(idleBoth, [&] { return !right.plugin().reportsOf(audioMasterEndEdit).empty(); }));
+    EXPECT_EQ(right.plugin().getParameter(kNFC), 0.0f);
+    EXPECT_EQ(right.plugin().display(kNFC), "0.50");
+    EXPECT_TRUE(left.plugin().reports().empty());
+    EXPECT_EQ(left.plugin().display(kNFC), "off");
+
+    // Host automation of the left instance moves only the left handle.
+    placeSource(left.plugin(), kAzimuthLeft, kTwoMetres);
+    std::optional<Spot> handle;
+    EXPECT_TRUE(waitForHandleAtParameters(left, handle));
+    idleBoth();
+    EXPECT_TRUE(pumpUntil(idleBoth, [&] {
+        return differingPixels(rightBefore, right.snapshot(), kSwitchLeft, kSwitchTop, kSwitchRight,
+                               kSwitchBottom) > 0;
+    }));
+    EXPECT_EQ(differingPixels(leftBefore, left.snapshot(), kSwitchLeft, kSwitchTop, kSwitchRight,
+                              kSwitchBottom),
+              0);
+    EXPECT_EQ(differingPixels(rightBefore, right.snapshot(), kPadLeft, kPadTop, kPadLeft + kPadSide,
+                              kPadTop + kPadSide),
+              0);
+}
+
+TEST_F(PluginEditorX, ParentDestroyedBeforeCloseIsSurvivedAndTheEditorReopens) {
+    const int filesBefore = openFileCount();
+    {
+        PluginEditorSession editor(client, 0, 0);
+        ASSERT_TRUE(editor.waitUntilPainted());
+        client.destroy(editor.parent());
+        editor.forgetParent();
+        for (int round = 0; round < 20; round++) {
+            // Changes force paints into the window that is gone.
+            editor.plugin().setParameter(kAzim, round / 20.0f);
+            editor.plugin().setParameter(kNFC, round / 20.0f);
+            editor.idle();
+            client.sync();
+        }
+        editor.plugin().closeEditor();
+        editor.idle();
+
+        // The same instance opens again into a new parent, complete.
+        const EditorSize size = editor.plugin().editorSize();
+        const xcb_window_t parent = client.createParent(0, 0, size.width, size.height);
+        ASSERT_TRUE(editor.plugin().openEditor(parent));
+        EXPECT_TRUE(editor.plugin().editorSize().width == 300);
+        EXPECT_TRUE(pumpUntil(
+            [&] { editor.idle(); },
+            [&] {
+                const std::vector<xcb_window_t> children = client.children(parent);
+                return children.size() == 1 &&
+                       showsBackgroundHeader(client.image(children[0], size.width, size.height));
+            }));
+        editor.plugin().closeEditor();
+        client.destroy(parent);
+    }
+    EXPECT_EQ(openFileCount(), filesBefore);
+}
+
+TEST_F(PluginEditorX, ScreenshotWithTheSourceFrontLeftAndCompensationOn) {
+    PluginEditorSession editor(client, 0, 0);
+    HostedEditorPlugin& plugin = editor.plugin();
+    ASSERT_TRUE(editor.waitUntilPainted());
+    plugin.setParameter(kNFC, kCompensationOneMetre);
+    placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
+    std::optional<Spot> handle;
+    ASSERT_TRUE(waitForHandleAtParameters(editor, handle));
+    EXPECT_EQ(plugin.display(kNFC), "1.00");
+    EXPECT_EQ(plugin.display(kAzim), "40");
+
+    const WindowImage shot = editor.snapshot();
+    ASSERT_TRUE(writePng(shot, ZEL_SCREENSHOT_PATH));
+    // The file holds exactly what the window showed.
+    const WindowImage reread = readPng(ZEL_SCREENSHOT_PATH);
+    ASSERT_EQ(reread.width, 300);
+    ASSERT_EQ(reread.height, 260);
+    EXPECT_EQ(differingPixels(shot, reread, 0, 0, 300, 260), 0);
+}
