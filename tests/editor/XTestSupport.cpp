@@ -51,8 +51,10 @@ public:
             dup2(devNull, 0);
             dup2(devNull, 1);
             dup2(devNull, 2);
+            // -noreset: by default the server resets whenever its last client
+            // leaves, as between two tests, and refuses connections meanwhile.
             execl(xvfb.c_str(), "Xvfb", "-displayfd", fdText.c_str(), "-screen", "0", "640x480x24",
-                  "-nolisten", "tcp", static_cast<char*>(nullptr));
+                  "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
             _exit(127);
         }
         close(fds[1]);
