@@ -66,7 +66,7 @@ float ZAE_editor::P(int index) const {
 
 bool ZAE_editor::open(void* parent) {
     AEffGUIEditor::open(parent);
-    guiThread = std::this_thread::get_id();
+    guiThread.store(std::this_thread::get_id());
     pendingChanges.store(0); // everything below is read fresh
 
     padBitmap = new CBitmap(kPadImage);
@@ -143,7 +143,7 @@ void ZAE_editor::applyPendingChanges() {
 
 void ZAE_editor::setParameter(VstInt32 index, float /*value*/) {
     if (static_cast<unsigned>(index) > kNFC) return;
-    if (std::this_thread::get_id() != guiThread) {
+    if (std::this_thread::get_id() != guiThread.load()) {
         pendingChanges.fetch_or(1u << index);
         return;
     }

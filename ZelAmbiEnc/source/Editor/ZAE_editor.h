@@ -83,7 +83,9 @@ private:
     CBitmap* padBitmap = nullptr;
     CBitmap* handleBitmap = nullptr;
 
-    std::thread::id guiThread;
+    // Written by open() while automation on another thread may already be
+    // asking whose thread it runs on.
+    std::atomic<std::thread::id> guiThread{};
     // One bit per parameter index changed off the GUI thread, not yet shown.
     std::atomic<unsigned> pendingChanges{0};
 };
