@@ -1,5 +1,7 @@
 #include "PluginEditorSession.h"
 
+#include <cmath>
+
 namespace editortest {
 
 namespace {
@@ -50,6 +52,22 @@ bool PluginEditorSession::waitUntilPainted() {
         const xcb_window_t editorWindow = window();
         return editorWindow && client.isViewable(editorWindow) && showsBackgroundHeader(snapshot());
     });
+}
+
+::testing::AssertionResult
+PluginEditorSession::waitForHandleAtParameters(std::optional<Spot>& found) {
+    enum { kX = 2, kY = 3 };
+    const Spot expected =
+        expectedHandleCentre(instance.getParameter(kX), instance.getParameter(kY));
+    if (idleUntil([&] {
+            found = findHandleGlow(snapshot());
+            return found && std::hypot(found->x - expected.x, found->y - expected.y) < 1.5;
+        }))
+        return ::testing::AssertionSuccess();
+    ::testing::AssertionResult failure = ::testing::AssertionFailure();
+    failure << "handle expected at " << expected.x << ", " << expected.y;
+    if (found) failure << "; glows at " << found->x << ", " << found->y;
+    return failure;
 }
 
 void PluginEditorSession::movePointer(int x, int y) {

@@ -9,6 +9,8 @@
 #include "XTestSupport.h"
 
 #include <functional>
+#include <gtest/gtest.h>
+#include <optional>
 
 namespace editortest {
 
@@ -32,6 +34,10 @@ public:
     bool idleUntil(const std::function<bool()>& done);
     // Until the window is mapped and shows the background's header band.
     bool waitUntilPainted();
+
+    // Until the handle glows where the plug-in's x and y put it; found tells
+    // where it was seen last.
+    ::testing::AssertionResult waitForHandleAtParameters(std::optional<Spot>& found);
 
     // Pointer input at window coordinates, through the X server.
     void movePointer(int x, int y);

@@ -62,10 +62,6 @@ PadWrite padWriteFor(int x, int y) {
     return ::testing::AssertionSuccess();
 }
 
-double distance(const Spot& a, const Spot& b) {
-    return std::hypot(a.x - b.x, a.y - b.y);
-}
-
 struct PluginEditorX : ::testing::Test {
     XClient client;
     void SetUp() override {
@@ -78,22 +74,6 @@ struct PluginEditorX : ::testing::Test {
         plugin.setParameter(kElev, 0.5f);
         plugin.setParameter(kDist, distanceValue);
         plugin.setParameter(kAzim, azimuth);
-    }
-    // Idles until the handle glows where the parameters put it.
-    static ::testing::AssertionResult waitForHandleAtParameters(PluginEditorSession& editor,
-                                                                std::optional<Spot>& found) {
-        HostedEditorPlugin& plugin = editor.plugin();
-        const Spot expected =
-            expectedHandleCentre(plugin.getParameter(kX), plugin.getParameter(kY));
-        if (editor.idleUntil([&] {
-                found = findHandleGlow(editor.snapshot());
-                return found && distance(*found, expected) < 1.5;
-            }))
-            return ::testing::AssertionSuccess();
-        ::testing::AssertionResult failure = ::testing::AssertionFailure();
-        failure << "handle expected at " << expected.x << ", " << expected.y;
-        if (found) failure << "; glows at " << found->x << ", " << found->y;
-        return failure;
     }
 };
 
@@ -112,7 +92,7 @@ TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeShowingTheBackground) {
     EXPECT_EQ(geometry.height, 260);
     // The handle stands where the initial program puts the source.
     std::optional<Spot> handle;
-    EXPECT_TRUE(waitForHandleAtParameters(editor, handle));
+    EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
 }
 
 TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
@@ -124,7 +104,7 @@ TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
     // source back in.
     placeSource(plugin, 0.0f, 1.0f);
     std::optional<Spot> centre; // the pad hit-tests the handle where it last drew it
-    ASSERT_TRUE(waitForHandleAtParameters(editor, centre));
+    ASSERT_TRUE(editor.waitForHandleAtParameters(centre));
     plugin.clearReports();
 
     // Grab the handle by its centre, so that the pad follows the pointer exactly.
@@ -168,7 +148,7 @@ TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
 
     // The window follows the stored position.
     std::optional<Spot> handle;
-    EXPECT_TRUE(waitForHandleAtParameters(editor, handle));
+    EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
 }
 
 TEST_F(PluginEditorX, ClickOnTheSwitchSetsTheCompensationDistance) {
@@ -211,14 +191,14 @@ TEST_F(PluginEditorX, HostAutomationOfTheAzimuthMovesTheHandle) {
 
     placeSource(plugin, 0.0f, kTwoMetres); // 2 m to the front: above the centre
     std::optional<Spot> front;
-    ASSERT_TRUE(waitForHandleAtParameters(editor, front));
+    ASSERT_TRUE(editor.waitForHandleAtParameters(front));
     EXPECT_NEAR(plugin.getParameter(kX), coordinate(2.0), 1e-6f);
 
     // 2 m to the left: left of the centre. The pad's two values keep their
     // mean on this move, so only a repaint that looks at both shows it.
     plugin.setParameter(kAzim, kAzimuthLeft);
     std::optional<Spot> left;
-    ASSERT_TRUE(waitForHandleAtParameters(editor, left));
+    ASSERT_TRUE(editor.waitForHandleAtParameters(left));
     EXPECT_NEAR(plugin.getParameter(kY), coordinate(2.0), 1e-6f);
 
     // 2 m is 153 / 4 px of travel on each axis.
@@ -270,7 +250,7 @@ TEST_F(PluginEditorX, TwoInstancesWithEditorsOpenAtOnceKeepTheirOwnState) {
     // Host automation of the left instance moves only the left handle.
     placeSource(left.plugin(), kAzimuthLeft, kTwoMetres);
     std::optional<Spot> handle;
-    EXPECT_TRUE(waitForHandleAtParameters(left, handle));
+    EXPECT_TRUE(left.waitForHandleAtParameters(handle));
     idleBoth();
     EXPECT_TRUE(pumpUntil(idleBoth, [&] {
         return differingPixels(rightBefore, right.snapshot(), kSwitchLeft, kSwitchTop, kSwitchRight,
@@ -326,7 +306,7 @@ TEST_F(PluginEditorX, ScreenshotWithTheSourceFrontLeftAndCompensationOn) {
     plugin.setParameter(kNFC, kCompensationOneMetre);
     placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
     std::optional<Spot> handle;
-    ASSERT_TRUE(waitForHandleAtParameters(editor, handle));
+    ASSERT_TRUE(editor.waitForHandleAtParameters(handle));
     EXPECT_EQ(plugin.display(kNFC), "1.00");
     EXPECT_EQ(plugin.display(kAzim), "40");
 
