@@ -34,13 +34,18 @@ VstIntPtr HostCallback::entry(AEffect* effect, VstInt32 opcode, VstInt32 index, 
     return opcode == audioMasterVersion ? kHostVstVersion : 0;
 }
 
-VstIntPtr HostCallback::answer(VstInt32 opcode, VstInt32 /*index*/, VstIntPtr /*value*/, void* ptr,
-                               float /*opt*/) {
+VstIntPtr HostCallback::answer(VstInt32 opcode, VstInt32 index, VstIntPtr /*value*/, void* ptr,
+                               float opt) {
     switch (opcode) {
     case audioMasterVersion:
         return kHostVstVersion;
     case audioMasterAutomate:
         ++automateCount;
+        if (editObserver) editObserver(opcode, index, opt);
+        return 0;
+    case audioMasterBeginEdit:
+    case audioMasterEndEdit:
+        if (editObserver) editObserver(opcode, index, 0.0f);
         return 0;
     case audioMasterGetSampleRate:
         return static_cast<VstIntPtr>(sampleRate);

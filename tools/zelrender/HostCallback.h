@@ -2,6 +2,9 @@
 
 #include "aeffectx.h"
 
+#include <functional>
+#include <utility>
+
 // The host side of the VST callback: what zelrender answers when a plug-in
 // asks its host something. It renders offline, so it knows its sample rate and
 // block size but has no transport, no MIDI and no window.
@@ -43,8 +46,14 @@ public:
     // moves a parameter); counted, since there is nobody to record them for.
     int automationReports() const { return automateCount; }
 
+    // A host that shows the editor hears of each edit: audioMasterAutomate
+    // with the new value, audioMasterBeginEdit and audioMasterEndEdit (value 0).
+    using EditObserver = std::function<void(VstInt32 opcode, VstInt32 index, float value)>;
+    void observeEdits(EditObserver observer) { editObserver = std::move(observer); }
+
 private:
     float sampleRate = 0.0f;
     VstInt32 blockSize = 0;
     int automateCount = 0;
+    EditObserver editObserver;
 };

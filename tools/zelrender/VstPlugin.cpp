@@ -108,6 +108,28 @@ void VstPlugin::setMains(bool on) {
     dispatch(effMainsChanged, 0, on ? 1 : 0);
 }
 
+bool VstPlugin::hasEditor() const {
+    return (aeffect->flags & effFlagsHasEditor) != 0;
+}
+
+std::pair<int, int> VstPlugin::editorSize() {
+    ERect* rect = nullptr;
+    if (dispatch(effEditGetRect, 0, 0, &rect) == 0 || rect == nullptr) return {0, 0};
+    return {rect->right - rect->left, rect->bottom - rect->top};
+}
+
+bool VstPlugin::openEditor(void* parentWindow) {
+    return dispatch(effEditOpen, 0, 0, parentWindow) != 0;
+}
+
+void VstPlugin::idleEditor() {
+    dispatch(effEditIdle);
+}
+
+void VstPlugin::closeEditor() {
+    dispatch(effEditClose);
+}
+
 void VstPlugin::setParameter(int index, float value) {
     if (aeffect->setParameter != nullptr) aeffect->setParameter(aeffect, index, value);
 }

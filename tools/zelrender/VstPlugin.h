@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 // A plug-in that cannot be loaded or is not what zelrender can drive.
 struct PluginError : std::runtime_error {
@@ -48,6 +49,15 @@ public:
     void setBlockSize(int size);
     void setProgram(int index);
     void setMains(bool on);
+
+    // The plug-in's editor, for a host that shows it: hasEditor() tells
+    // whether it offers one; editorSize() is {0, 0} if it gives no size.
+    bool hasEditor() const;
+    std::pair<int, int> editorSize();
+    // parentWindow is the platform's window handle (an X11 window id).
+    bool openEditor(void* parentWindow);
+    void idleEditor();
+    void closeEditor();
 
     void setParameter(int index, float value);
     float getParameter(int index);
