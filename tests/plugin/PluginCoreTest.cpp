@@ -33,6 +33,13 @@ public:
     }
 };
 
+// Puts a spy in place of the plug-in's own editor, which the effect would
+// otherwise never delete once replaced.
+void replaceEditorWithSpy(ZelAmbiEncEdit& effect) {
+    delete effect.getEditor();
+    effect.setEditor(new SpyEditor(&effect));
+}
+
 std::string degrees(float value) {
     char text[16];
     formatDegrees(value, text);
@@ -55,7 +62,7 @@ TEST(DegreesText, HalvesRoundAwayFromZeroInSinglePrecision) {
 
 TEST(PluginEditorHandOver, HostChangesReachTheEditorEvenWhileClosed) {
     ZelAmbiEncEdit effect(recordingHost);
-    effect.setEditor(new SpyEditor(&effect));
+    replaceEditorWithSpy(effect);
     AEffect* fx = effect.getAeffect();
     events.clear();
     fx->setParameter(fx, 2, 0.25f);
@@ -68,7 +75,7 @@ TEST(PluginEditorHandOver, HostChangesReachTheEditorEvenWhileClosed) {
 
 TEST(PluginEditorHandOver, ProgramSwitchPassesAllSevenValuesOn) {
     ZelAmbiEncEdit effect(recordingHost);
-    effect.setEditor(new SpyEditor(&effect));
+    replaceEditorWithSpy(effect);
     events.clear();
     effect.dispatcher(effSetProgram, 0, 2, nullptr, 0.0f);
     ASSERT_EQ(events.size(), 7u);
@@ -78,7 +85,7 @@ TEST(PluginEditorHandOver, ProgramSwitchPassesAllSevenValuesOn) {
 
 TEST(PluginEditorHandOver, AutomatedChangeIsAppliedThenShownThenReported) {
     ZelAmbiEncEdit effect(recordingHost);
-    effect.setEditor(new SpyEditor(&effect));
+    replaceEditorWithSpy(effect);
     events.clear();
     effect.setParameterAutomated(kNFC, 0.25f);
     const std::vector<std::string> expected = {"editor 6 0.250000", "host 0 6 0.250000"};
