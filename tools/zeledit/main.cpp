@@ -11,7 +11,6 @@
 #include "VstPlugin.h"
 
 #include <chrono>
-#include <dlfcn.h>
 #include <iostream>
 #include <thread>
 
@@ -22,19 +21,6 @@ constexpr std::chrono::milliseconds kIdleInterval(40);
 constexpr float kSampleRate = 48000.0f;
 constexpr int kBlockSize = 512;
 
-#if defined(__SANITIZE_ADDRESS__)
-// Fontconfig's allocations that it never frees come in with the plug-in's
-// drawing libraries; were they unloaded with the plug-in at exit, the leak
-// report could no longer tell whose they are, and the suppression below would
-// miss them. Sanitizer builds therefore keep the module loaded.
-void keepLoadedForLeakReports(const std::string& path) {
-    const std::string openPath = path.find('/') == std::string::npos ? "./" + path : path;
-    dlopen(openPath.c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
-}
-#else
-void keepLoadedForLeakReports(const std::string&) {}
-#endif
-
 int showEditor(const EditOptions& options) {
     Interruption::install();
     // The display first: without one there is nothing to do, whatever the plug-in.
@@ -42,7 +28,6 @@ int showEditor(const EditOptions& options) {
     const std::string path =
         options.pluginPath.empty() ? PluginLocator::find() : options.pluginPath;
     LoadedPlugin loaded(path);
-    keepLoadedForLeakReports(path);
     VstPlugin& plugin = loaded.plugin();
     plugin.open();
     plugin.setSampleRate(kSampleRate);
