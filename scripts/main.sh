@@ -20,6 +20,7 @@ cat <<DONE
 
 Plug-in:     $vst_dir/ZelAmbiEnc.so   (hosts scan ~/.vst)
 Renderer:    $PWD/$build/tools/zelrender   (zelrender --help)
+Editor:      $PWD/$build/tools/zeledit   (opens the plug-in's window without a DAW)
 Demo render: $PWD/out/demo.wav   (16-channel AmbiX: ACN order, SN3D, 32-bit float, 48 kHz)
 Benchmarks:  $PWD/$build/bench/
 DONE
