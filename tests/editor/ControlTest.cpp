@@ -33,6 +33,12 @@ struct FrameFixture : ::testing::Test {
     }
 };
 
+std::vector<std::string> drawnStrings(CParamDisplay& display) {
+    RecordingContext context;
+    display.draw(&context);
+    return context.strings;
+}
+
 } // namespace
 
 TEST(ControlValues, SetValueStoresWithoutClampingUntilBounced) {
@@ -46,10 +52,9 @@ TEST(ControlValues, SetValueStoresWithoutClampingUntilBounced) {
     EXPECT_EQ(control.getValue(), 0.0f);
 }
 
-TEST(ControlDirty, NewControlIsDirtyAndInvalidCountsAsDrawn) {
+TEST(ControlDirty, NewControlIsDirtyInvalidCountsAsDrawnAndSetDirtyForcesADifference) {
     PlainControl control(CRect(0, 0, 10, 10));
     EXPECT_TRUE(control.isDirty());
-    EXPECT_EQ(control.getOldValue(), -1.0f);
     control.invalid();
     EXPECT_FALSE(control.isDirty());
     control.setValue(0.25f);
@@ -57,18 +62,14 @@ TEST(ControlDirty, NewControlIsDirtyAndInvalidCountsAsDrawn) {
     control.setDirty(false);
     EXPECT_FALSE(control.isDirty());
     EXPECT_EQ(control.getOldValue(), 0.25f);
-}
 
-TEST(ControlDirty, SetDirtyForcesADifferenceEvenForMinusOne) {
-    PlainControl control(CRect(0, 0, 10, 10));
-    control.setValue(-1.0f);
+    control.setValue(-1.0f); // the old value's initial mark
     control.setDirty(true);
     EXPECT_EQ(control.getOldValue(), 0.0f);
     EXPECT_TRUE(control.isDirty());
 }
 
 TEST(ControlDirty, ValueSetFromAnotherThreadIsDrawnAtTheNextIdle) {
-    CallLog log;
     auto* frame = new CFrame(CRect(0, 0, 50, 50), nullptr, nullptr);
     auto* control = new PlainControl(CRect(10, 10, 20, 20));
     frame->addView(control);
@@ -105,9 +106,8 @@ TEST_F(FrameFixture, DefaultValueGestureNeedsExactlyControlAndLeft) {
     control->invalid();
     const long almost[] = {kControl, kLButton, kControl | kLButton | kShift,
                            kControl | kLButton | kDoubleClick, kControl | kLButton | kRButton};
-    for (long buttons : almost) {
+    for (long buttons : almost)
         EXPECT_FALSE(control->checkDefaultValue(buttons)) << buttons;
-    }
     EXPECT_TRUE(log.empty());
     EXPECT_EQ(control->getValue(), 0.9f);
 
@@ -116,11 +116,9 @@ TEST_F(FrameFixture, DefaultValueGestureNeedsExactlyControlAndLeft) {
     EXPECT_EQ(log, (CallLog{"listenerBegin 3", "hostBegin 3", "valueChanged 3", "hostEnd 3",
                             "listenerEnd 3"}));
     EXPECT_TRUE(control->isDirty()) << "redrawn at the next idle, not at once";
-}
 
-TEST_F(FrameFixture, DefaultValueGestureAtTheDefaultDoesNotNotify) {
-    auto* control = add(new PlainControl(CRect(0, 0, 10, 10), &listener, 3));
-    control->setValue(0.5f);
+    // Already at the default: the edit pair, but no change to announce.
+    log.clear();
     control->invalid();
     EXPECT_TRUE(control->checkDefaultValue(kControl | kLButton));
     EXPECT_EQ(log, (CallLog{"listenerBegin 3", "hostBegin 3", "hostEnd 3", "listenerEnd 3"}));
@@ -146,15 +144,14 @@ TEST_F(FrameFixture, ListenerCanTakeModifiedClicksBeforeTheControl) {
     EXPECT_EQ(log.front(), "listenerBegin 9") << "no pre-check without modifiers";
 }
 
-TEST(ParamDisplay, ConverterWithUserDataWinsOverThePlainOne) {
+TEST(ParamDisplay, ConvertersAndTheirPrecedence) {
     CParamDisplay display(CRect(0, 0, 40, 20));
-    RecordingContext context;
     display.setValue(0.25f);
-    display.draw(&context);
+    EXPECT_EQ(drawnStrings(display), (std::vector<std::string>{"0.25"}));
     display.setStringConvert([](float value, char* text) {
         std::snprintf(text, 256, "plain %.1f", static_cast<double>(value));
     });
-    display.draw(&context);
+    EXPECT_EQ(drawnStrings(display), (std::vector<std::string>{"plain 0.2"}));
     int userData = 42;
     display.setStringConvert(
         [](float value, char* text, void* data) {
@@ -162,16 +159,23 @@ TEST(ParamDisplay, ConverterWithUserDataWinsOverThePlainOne) {
                           static_cast<double>(value));
         },
         &userData);
-    display.draw(&context);
-    EXPECT_EQ(context.strings, (std::vector<std::string>{"0.25", "plain 0.2", "42:0.25"}));
+    EXPECT_EQ(drawnStrings(display), (std::vector<std::string>{"42:0.25"}))
+        << "the converter with user data wins";
+
+    CParamDisplay full(CRect(0, 0, 40, 20));
+    full.setStringConvert(
+        [](float, char* text) { std::memset(text, 'x', CParamDisplay::kTextBufferSize); });
+    const std::vector<std::string> cut = drawnStrings(full);
+    ASSERT_EQ(cut.size(), 1u);
+    EXPECT_EQ(cut[0].size(), CParamDisplay::kTextBufferSize - 1u) << "a full buffer is cut safely";
 }
 
-TEST(ParamDisplay, EmptyTextDrawsNoStringAndNoDrawStyleDrawsNothing) {
-    CParamDisplay display(CRect(0, 0, 40, 20));
+TEST(ParamDisplay, WhatOpaqueTransparentAndHiddenDisplaysPaint) {
     RecordingContext context;
-    display.setStringConvert([](float, char* text) { text[0] = 0; });
-    display.draw(&context);
-    EXPECT_TRUE(context.strings.empty());
+    CParamDisplay empty(CRect(0, 0, 40, 20));
+    empty.setStringConvert([](float, char* text) { text[0] = 0; });
+    empty.draw(&context);
+    EXPECT_TRUE(context.strings.empty()) << "empty text draws no string";
     EXPECT_EQ(context.fills.size(), 1u) << "opaque display paints its back colour";
 
     CParamDisplay hidden(CRect(0, 0, 40, 20), nullptr, kNoDrawStyle);
@@ -179,27 +183,14 @@ TEST(ParamDisplay, EmptyTextDrawsNoStringAndNoDrawStyleDrawsNothing) {
     hidden.draw(&context);
     EXPECT_EQ(context.fills.size(), 1u);
     EXPECT_TRUE(context.strings.empty());
-}
 
-TEST(ParamDisplay, TransparentDisplayPaintsOnlyItsText) {
-    CParamDisplay display(CRect(0, 0, 40, 20));
-    display.setTransparency(true);
-    display.setFont(kNormalFontSmaller);
-    display.setFontColor(MakeCColor(28, 174, 255));
-    RecordingContext context;
-    display.draw(&context);
-    EXPECT_TRUE(context.fills.empty());
+    CParamDisplay transparent(CRect(0, 0, 40, 20));
+    transparent.setTransparency(true);
+    transparent.setFont(kNormalFontSmaller);
+    transparent.setFontColor(MakeCColor(28, 174, 255));
+    transparent.draw(&context);
+    EXPECT_EQ(context.fills.size(), 1u) << "transparent: only the text";
     EXPECT_EQ(context.strings, (std::vector<std::string>{"0.00"}));
     EXPECT_EQ(context.getFontSize(), 10);
     EXPECT_EQ(context.getFontColor(), MakeCColor(28, 174, 255));
-}
-
-TEST(ParamDisplay, ConverterThatFillsTheWholeBufferIsCutSafely) {
-    CParamDisplay display(CRect(0, 0, 40, 20));
-    display.setStringConvert(
-        [](float, char* text) { std::memset(text, 'x', CParamDisplay::kTextBufferSize); });
-    RecordingContext context;
-    display.draw(&context);
-    ASSERT_EQ(context.strings.size(), 1u);
-    EXPECT_EQ(context.strings[0].size(), CParamDisplay::kTextBufferSize - 1u);
 }

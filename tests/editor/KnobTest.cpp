@@ -60,21 +60,24 @@ CPoint pointFor(CKnob& knob, float value) {
 
 } // namespace
 
-TEST(KnobMapping, ValueFromPointFollowsTheDefaultArc) {
+TEST(KnobMapping, ValueFromPointFollowsTheArcAndSnapsInTheDeadZone) {
     CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
-    EXPECT_NEAR(valueAt(knob, 20, 0), 0.5f, 1e-5);
-    EXPECT_NEAR(valueAt(knob, 40, 20), 0.83333f, 1e-5);
-    EXPECT_NEAR(valueAt(knob, 0, 20), 0.16667f, 1e-5);
-    EXPECT_NEAR(valueAt(knob, 38, 28), 0.92208f, 1e-5);
-    EXPECT_NEAR(valueAt(knob, 2, 28), 0.07792f, 1e-5);
-}
-
-TEST(KnobMapping, DeadZoneSnapsToTheNearerEnd) {
-    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
-    EXPECT_EQ(valueAt(knob, 19, 40), 0.0f);
-    EXPECT_EQ(valueAt(knob, 5, 35), 0.0f);
-    EXPECT_EQ(valueAt(knob, 21, 40), 1.0f);
-    EXPECT_EQ(valueAt(knob, 35, 35), 1.0f);
+    CKnob reversed(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
+    reversed.setStartAngle(static_cast<float>(-kPI / 4));
+    reversed.setRangeAngle(static_cast<float>(3 * kPI / 2)); // positive: the other way round
+    const struct {
+        CKnob* knob;
+        CCoord x, y;
+        float value;
+    } cases[] = {
+        {&knob, 20, 0, 0.5f},         {&knob, 40, 20, 0.83333f},   {&knob, 0, 20, 0.16667f},
+        {&knob, 38, 28, 0.92208f},    {&knob, 2, 28, 0.07792f},    {&knob, 19, 40, 0.0f},
+        {&knob, 5, 35, 0.0f},         {&knob, 21, 40, 1.0f},       {&knob, 35, 35, 1.0f},
+        {&reversed, 40, 20, 1.0f / 6}, {&reversed, 20, 0, 0.5f},   {&reversed, 21, 40, 0.0f},
+        {&reversed, 19, 40, 1.0f},
+    };
+    for (const auto& c : cases)
+        EXPECT_NEAR(valueAt(*c.knob, c.x, c.y), c.value, 1e-5) << c.x << "," << c.y;
 }
 
 TEST(KnobMapping, ValueToPointWithDefaultAndZeroInset) {
@@ -86,37 +89,18 @@ TEST(KnobMapping, ValueToPointWithDefaultAndZeroInset) {
     EXPECT_EQ(pointFor(knob, 1.0f), CPoint(32, 32));
 
     CAnimKnob anim(CRect(0, 0, 40, 40), nullptr, 0, 31, 40, nullptr);
-    EXPECT_EQ(anim.getInsetValue(), 0);
     EXPECT_EQ(pointFor(anim, 0.0f), CPoint(6, 34));
     EXPECT_EQ(pointFor(anim, 0.5f), CPoint(20, 0));
     EXPECT_EQ(pointFor(anim, 1.0f), CPoint(34, 34));
 }
 
-TEST(KnobMapping, PositiveRangeAngleTurnsTheOtherWay) {
-    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
-    knob.setStartAngle(static_cast<float>(-kPI / 4));
-    knob.setRangeAngle(static_cast<float>(3 * kPI / 2));
-    EXPECT_NEAR(valueAt(knob, 40, 20), 1.0f / 6.0f, 1e-5);
-    EXPECT_NEAR(valueAt(knob, 20, 0), 0.5f, 1e-5);
-    EXPECT_EQ(valueAt(knob, 21, 40), 0.0f);
-    EXPECT_EQ(valueAt(knob, 19, 40), 1.0f);
-}
-
-TEST(KnobMapping, RangeChangesNeedARecompute) {
-    CKnob knob(CRect(0, 0, 40, 40), nullptr, 0, nullptr, nullptr);
-    knob.setMax(10.0f);
-    EXPECT_NEAR(valueAt(knob, 20, 0), 9.5f, 1e-5) << "stale coefficients until recomputed";
-    knob.setRangeAngle(knob.getRangeAngle());
-    EXPECT_NEAR(valueAt(knob, 20, 0), 5.0f, 1e-4);
-}
-
-TEST_F(KnobFixture, CircularClickJumpsToTheClickedAngle) {
+TEST_F(KnobFixture, CircularClickJumpsToTheAngleAndTheDragFollowsOutsideTheKnob) {
     press(120, 100);
     EXPECT_FLOAT_EQ(knob->getValue(), 0.5f);
     EXPECT_EQ(frame->getMouseDownView(), knob);
     EXPECT_FALSE(knob->linear());
-    EXPECT_NEAR(moveTo(140, 120), 0.83333f, 1e-5);
-    release(140, 120);
+    EXPECT_NEAR(moveTo(290, 120), 0.83333f, 1e-5) << "far outside the knob, at 3 o'clock";
+    release(290, 290);
     EXPECT_EQ(log, (CallLog{"listenerBegin 5", "hostBegin 5", "valueChanged 5", "valueChanged 5",
                             "hostEnd 5", "listenerEnd 5"}));
 }
@@ -127,23 +111,15 @@ TEST_F(KnobFixture, CircularDragIsPinnedAtTheEndItCameFrom) {
     EXPECT_EQ(moveTo(105, 135), 1.0f) << "crossing the dead zone does not jump to 0";
     EXPECT_EQ(moveTo(100, 120), 1.0f) << "still more than half the range away";
     EXPECT_NEAR(moveTo(138, 128), 0.92208f, 1e-5) << "back near the last accepted value";
-}
+    release(138, 128);
 
-TEST_F(KnobFixture, PinnedDragKeepsTheLastAcceptedValueAsReference) {
     press(104, 108);
     EXPECT_NEAR(knob->getValue(), 0.3032f, 1e-4);
     EXPECT_EQ(moveTo(135, 135), 0.0f) << "a jump from 0.3 to the top end pins the bottom end";
     EXPECT_NEAR(moveTo(129, 102), 0.5984f, 1e-4) << "within half the range of 0.3, not of 0";
 }
 
-TEST_F(KnobFixture, MovesOutsideTheKnobStillReachIt) {
-    press(120, 100);
-    EXPECT_NEAR(moveTo(290, 120), 0.83333f, 1e-5);
-    release(290, 290);
-    EXPECT_EQ(log.back(), "listenerEnd 5");
-}
-
-TEST_F(KnobFixture, LinearModeMovesWithDistanceNotAngle) {
+TEST_F(KnobFixture, LinearModeMovesWithDistanceAndShiftRescalesWithoutAJump) {
     editor.knobMode = kLinearMode;
     knob->setValue(0.3f);
     knob->invalid();
@@ -154,14 +130,6 @@ TEST_F(KnobFixture, LinearModeMovesWithDistanceNotAngle) {
     EXPECT_NEAR(moveTo(130, 100), 0.45f, 1e-6) << "right counts like up";
     EXPECT_EQ(moveTo(130, -300), 1.0f);
     EXPECT_NEAR(moveTo(130, 0), 0.95f, 1e-6) << "the value follows the distance, not the path";
-    EXPECT_NEAR(moveTo(130, 100), 0.45f, 1e-6);
-}
-
-TEST_F(KnobFixture, ShiftMidDragRescalesWithoutAJump) {
-    editor.knobMode = kLinearMode;
-    knob->setValue(0.3f);
-    knob->invalid();
-    press(120, 120);
     EXPECT_NEAR(moveTo(120, 100), 0.4f, 1e-6);
     // The entry value is rebased where the buttons change, so the value there
     // is the one the old scale gives; from there on the fine scale applies.
@@ -169,40 +137,41 @@ TEST_F(KnobFixture, ShiftMidDragRescalesWithoutAJump) {
     EXPECT_FLOAT_EQ(knob->dragRange(), 300.0f);
     EXPECT_NEAR(knob->entryState(), 0.3f + 21.0f / 600.0f, 1e-6);
     EXPECT_NEAR(moveTo(120, 69, kLButton | kShift), 0.405f + 30.0f / 300.0f, 1e-6);
-}
+    release(120, 69);
 
-TEST_F(KnobFixture, ShiftAtPressSetsTheFineRange) {
-    editor.knobMode = kLinearMode;
+    knob->setValue(0.0f);
     press(120, 120, kLButton | kShift);
-    EXPECT_FLOAT_EQ(knob->dragRange(), 300.0f);
+    EXPECT_FLOAT_EQ(knob->dragRange(), 300.0f) << "shift at the press: fine from the start";
     EXPECT_NEAR(moveTo(120, 90, kLButton | kShift), 0.1f, 1e-6);
 }
 
 TEST_F(KnobFixture, AltFlipsTheEditorsKnobMode) {
-    press(120, 100, kLButton | kAlt);
-    EXPECT_TRUE(knob->linear());
-    release(120, 100);
-    editor.knobMode = kLinearMode;
-    press(120, 100, kLButton | kAlt);
-    EXPECT_FALSE(knob->linear());
-    release(120, 100);
-    editor.knobMode = kRelativCircularMode;
-    press(120, 100);
-    EXPECT_FALSE(knob->linear()) << "relative circular behaves as circular";
+    const struct {
+        long editorMode;
+        long buttons;
+        bool linear;
+    } cases[] = {{kCircularMode, kLButton | kAlt, true},
+                 {kLinearMode, kLButton | kAlt, false},
+                 {kRelativCircularMode, kLButton, false}}; // behaves as circular
+    for (const auto& c : cases) {
+        editor.knobMode = c.editorMode;
+        press(120, 100, c.buttons);
+        EXPECT_EQ(knob->linear(), c.linear) << c.editorMode;
+        release(120, 100);
+    }
 }
 
-TEST_F(KnobFixture, DefaultGestureNestsAndWantsNoMoves) {
+TEST_F(KnobFixture, DefaultGestureNestsAndRightClickGivesAnEmptyEditPair) {
     knob->setValue(0.9f);
     knob->invalid();
     press(120, 100, kLButton | kControl);
     EXPECT_EQ(knob->getValue(), 0.5f);
-    EXPECT_EQ(frame->getMouseDownView(), nullptr);
+    EXPECT_EQ(frame->getMouseDownView(), nullptr) << "no moves wanted";
     EXPECT_EQ(log, (CallLog{"modifierClicked 5 34", "listenerBegin 5", "hostBegin 5",
                             "listenerBegin 5", "hostBegin 5", "valueChanged 5", "hostEnd 5",
                             "listenerEnd 5", "hostEnd 5", "listenerEnd 5"}));
-}
 
-TEST_F(KnobFixture, RightClickGivesAnEmptyEditPair) {
+    log.clear();
     knob->setValue(0.2f);
     knob->invalid();
     press(120, 100, kRButton);
@@ -213,28 +182,28 @@ TEST_F(KnobFixture, RightClickGivesAnEmptyEditPair) {
                             "listenerEnd 5"}));
 }
 
-TEST_F(KnobFixture, WheelStepsAndAnnouncesTheChange) {
+TEST_F(KnobFixture, WheelStepsAndAnnouncesEachChange) {
+    const struct {
+        float distance;
+        long buttons;
+        float value;
+    } steps[] = {{1.0f, 0, 0.6f}, {-1.0f, kShift, 0.59f}, {20.0f, 0, 1.0f}};
     knob->setValue(0.5f);
-    knob->invalid();
-    EXPECT_TRUE(frame->onWheel(CPoint(120, 120), 1.0f, 0));
-    EXPECT_NEAR(knob->getValue(), 0.6f, 1e-6);
-    knob->invalid();
-    frame->onWheel(CPoint(120, 120), -1.0f, kShift);
-    EXPECT_NEAR(knob->getValue(), 0.59f, 1e-6);
-    knob->invalid();
-    frame->onWheel(CPoint(120, 120), 20.0f, 0);
-    EXPECT_EQ(knob->getValue(), 1.0f);
-    EXPECT_EQ(log, (CallLog{"listenerBegin 5", "hostBegin 5", "valueChanged 5", "hostEnd 5",
-                            "listenerEnd 5", "listenerBegin 5", "hostBegin 5", "valueChanged 5",
-                            "hostEnd 5", "listenerEnd 5", "listenerBegin 5", "hostBegin 5",
-                            "valueChanged 5", "hostEnd 5", "listenerEnd 5"}));
+    for (const auto& step : steps) {
+        knob->invalid();
+        log.clear();
+        EXPECT_TRUE(frame->onWheel(CPoint(120, 120), step.distance, step.buttons));
+        EXPECT_NEAR(knob->getValue(), step.value, 1e-6);
+        EXPECT_EQ(log, (CallLog{"listenerBegin 5", "hostBegin 5", "valueChanged 5", "hostEnd 5",
+                                "listenerEnd 5"}));
+    }
 }
 
-TEST(AnimKnob, FrameIndexIsTruncatedNotRounded) {
+TEST(AnimKnob, FrameIndexIsTruncatedAndFollowsTheStrip) {
     auto* strip = new CBitmap(testimages::kKnobStripId);
-    CAnimKnob knob(CRect(50, 60, 90, 100), nullptr, 0, strip);
+    CAnimKnob knob(CRect(50, 60, 90, 100), nullptr, 0, 7, 40, strip);
     strip->forget();
-    EXPECT_EQ(knob.getNumSubPixmaps(), 31);
+    EXPECT_EQ(knob.getNumSubPixmaps(), 31) << "the strip's height overrides the given count";
     RecordingContext context;
     std::vector<CCoord> frames;
     for (float value : {0.0f, 0.49f, 0.5f, 0.999f, 1.0f, -0.5f}) {
@@ -244,22 +213,21 @@ TEST(AnimKnob, FrameIndexIsTruncatedNotRounded) {
         frames.push_back(context.bitmaps.back().offset.v / testimages::kKnobSide);
     }
     EXPECT_EQ(frames, (std::vector<CCoord>{0, 14, 15, 29, 30, 0}));
-}
+    knob.setHeightOfOneImage(80);
+    EXPECT_EQ(knob.getNumSubPixmaps(), 15);
 
-TEST(AnimKnob, HundredAndOneFramesAndInverseStrip) {
-    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 101, 40, nullptr);
+    CAnimKnob hundred(CRect(0, 0, 40, 40), nullptr, 0, 101, 40, nullptr);
     const std::pair<float, CCoord> cases[] = {{0.49f, 49}, {0.5f, 50}, {0.999f, 99}, {1.0f, 100}};
     for (const auto& [value, frame] : cases) {
-        knob.setValue(value);
-        EXPECT_EQ(knob.getFrameOffset(), frame * 40) << value;
+        hundred.setValue(value);
+        EXPECT_EQ(hundred.getFrameOffset(), frame * 40) << value;
     }
-    knob.setInverseBitmap(true);
-    knob.setValue(0.25f);
-    EXPECT_EQ(knob.getFrameOffset(), 75 * 40);
-    knob.setValue(1.5f);
-    EXPECT_EQ(knob.getFrameOffset(), 0);
+    hundred.setInverseBitmap(true);
+    hundred.setValue(0.25f);
+    EXPECT_EQ(hundred.getFrameOffset(), 75 * 40);
+    hundred.setValue(1.5f);
+    EXPECT_EQ(hundred.getFrameOffset(), 0);
 }
-
 TEST(AnimKnob, HostileValuesGiveDefinedOffsets) {
     CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 31, 40, nullptr);
     for (float value : {std::numeric_limits<float>::quiet_NaN(),
@@ -272,15 +240,6 @@ TEST(AnimKnob, HostileValuesGiveDefinedOffsets) {
         RecordingContext context;
         knob.draw(&context);
     }
-}
-
-TEST(AnimKnob, StripHeightOverridesTheGivenFrameCount) {
-    auto* strip = new CBitmap(testimages::kKnobStripId);
-    CAnimKnob knob(CRect(0, 0, 40, 40), nullptr, 0, 7, 40, strip);
-    strip->forget();
-    EXPECT_EQ(knob.getNumSubPixmaps(), 31);
-    knob.setHeightOfOneImage(80);
-    EXPECT_EQ(knob.getNumSubPixmaps(), 15);
 }
 
 TEST(AnimKnob, RepaintsOnlyWhenTheHandlePointMoves) {

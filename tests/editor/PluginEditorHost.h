@@ -4,15 +4,42 @@
 // only through the AEffect record, and records what each instance reports
 // back (automation and edit gestures). Like a DAW, it may set parameters from
 // one thread while another idles the editor, so the records are locked.
+// A session opens the editor into a parent window the way a Linux host shows
+// it: effEditGetRect, a parent of that size, effEditOpen with the parent's
+// XID, then effEditIdle to pump; the editor's state is read back from its
+// pixels, as a user sees it.
 
+#include "XTestSupport.h"
 #include "aeffectx.h"
 
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace editortest {
+
+enum { kAzim = 0, kElev = 1, kX = 2, kY = 3, kZ = 4, kDist = 5, kNFC = 6 };
+
+// The editor's layout in window pixels, as the user finds it.
+namespace layout {
+constexpr int kWidth = 300;
+constexpr int kHeight = 260;
+constexpr int kPadLeft = 85;
+constexpr int kPadTop = 77;
+constexpr int kPadSide = 173;
+constexpr int kHandleSide = 20;
+constexpr int kSwitchLeft = 50;
+constexpr int kSwitchTop = 77;
+constexpr int kSwitchRight = 74;
+constexpr int kSwitchBottom = 173;
+constexpr int kSwitchPositions = 79;
+constexpr int kNfcDisplayLeft = 42;
+constexpr int kNfcDisplayTop = 177;
+constexpr int kNfcDisplayRight = 82;
+constexpr int kNfcDisplayBottom = 197;
+} // namespace layout
 
 // One report from the plug-in: audioMasterAutomate carries a value,
 // audioMasterBeginEdit and audioMasterEndEdit only the index.
@@ -26,11 +53,6 @@ struct EditReport {
     }
 };
 
-struct EditorSize {
-    int width;
-    int height;
-};
-
 class HostedEditorPlugin {
 public:
     // Loads the module on first use (never unloaded, as hosts keep it while
@@ -41,34 +63,85 @@ public:
     HostedEditorPlugin(const HostedEditorPlugin&) = delete;
     HostedEditorPlugin& operator=(const HostedEditorPlugin&) = delete;
 
-    AEffect* effect() const { return fx; }
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
                        void* ptr = nullptr, float opt = 0.0f);
     void setParameter(VstInt32 index, float value) { fx->setParameter(fx, index, value); }
     float getParameter(VstInt32 index) { return fx->getParameter(fx, index); }
     std::string display(VstInt32 index);
-
-    // effEditGetRect; {0, 0} if the plug-in gives no rectangle.
-    EditorSize editorSize();
-    bool openEditor(std::uint32_t parentWindow);
-    void idleEditor() { dispatch(effEditIdle); }
-    void closeEditor();
+    // effEditGetRect's width and height; 0 x 0 if the plug-in gives none.
+    std::pair<int, int> editorSize();
 
     std::vector<EditReport> reports() const;
     std::vector<EditReport> reportsOf(VstInt32 opcode) const;
     void clearReports();
 
-    // The host callback; finds the instance through the effect record.
+private:
     static VstIntPtr callback(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value,
                               void* ptr, float opt);
 
-private:
-    void record(const EditReport& report);
-
     AEffect* fx = nullptr;
-    bool editorOpen = false;
     mutable std::mutex reportsMutex;
     std::vector<EditReport> log;
 };
+
+struct Spot {
+    double x;
+    double y;
+};
+
+class PluginEditorSession {
+public:
+    // Parent window at (x, y) of the root window; the editor opens at once.
+    PluginEditorSession(XClient& client, int x, int y);
+    ~PluginEditorSession();
+    PluginEditorSession(const PluginEditorSession&) = delete;
+    PluginEditorSession& operator=(const PluginEditorSession&) = delete;
+
+    HostedEditorPlugin& plugin() { return instance; }
+    xcb_window_t parent() const { return parentWindow; }
+    // effEditOpen into the parent, made anew if the host destroyed it; its answer.
+    bool open();
+    bool opened() const { return editorOpen; }
+    void close();
+    void idle() { instance.dispatch(effEditIdle); }
+    // Idles the editor until done() holds; false if it never does.
+    bool idleUntil(const std::function<bool()>& done);
+
+    // The editor's own window, the parent's only child; 0 if there is none.
+    xcb_window_t window() { return client.onlyChild(parentWindow); }
+    WindowImage snapshot();
+    // Until the window is mapped and shows the background's header band.
+    bool waitUntilPainted();
+    // Until the handle glows where the plug-in's x and y put it; found tells
+    // where it was seen last.
+    ::testing::AssertionResult waitForHandleAtParameters(std::optional<Spot>& found);
+
+    // Pointer input at window coordinates, through the X server.
+    void movePointer(int x, int y) { client.movePointer(originX + x, originY + y); }
+    void click(int x, int y);
+    // For a test that destroys the parent itself.
+    void destroyParent();
+
+private:
+    XClient& client;
+    int originX;
+    int originY;
+    HostedEditorPlugin instance;
+    xcb_window_t parentWindow = 0;
+    bool editorOpen = false;
+};
+
+// The centre of the handle's blue glow inside the pad, or nothing if the pad
+// shows none.
+std::optional<Spot> findHandleGlow(const WindowImage& image);
+// Where the handle's centre should stand for the source coordinates x and y
+// (normalised parameter values): x grows towards the top, y towards the left.
+Spot expectedHandleCentre(float xParameter, float yParameter);
+// How many pixels of a rectangle differ between two images of one window.
+int differingPixels(const WindowImage& a, const WindowImage& b, int left, int top, int right,
+                    int bottom);
+bool writePng(const WindowImage& image, const std::string& path);
+// An opaque PNG as 0xRRGGBB pixels; empty if unreadable.
+WindowImage readPng(const std::string& path);
 
 } // namespace editortest

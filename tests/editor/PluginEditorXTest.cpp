@@ -2,11 +2,11 @@
 // as a host and a user drive it: the dispatcher's editor opcodes, pointer
 // input through XTest, host automation, and the host's reports checked.
 
-#include "EditorPixels.h"
-#include "PluginEditorSession.h"
+#include "PluginEditorHost.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -14,8 +14,6 @@
 using namespace editortest;
 
 namespace {
-
-enum { kAzim = 0, kElev = 1, kX = 2, kY = 3, kZ = 4, kDist = 5, kNFC = 6 };
 
 // Normalised values of positions and distances the tests place.
 constexpr float kTwoMetres = 0.5f;                   // distance 4 m .. 0 m
@@ -27,22 +25,19 @@ float coordinate(double metres) {
     return static_cast<float>((metres + 4.0) / 8.0);
 }
 
-// What the pad reports for a handle dragged by its centre to window point
-// (x, y): clamped to the handle's travel, then the complements the editor
-// writes for y (horizontal) and x (vertical).
+// What the pad writes for y (horizontal) and x (vertical) when its handle is
+// dragged by its centre to window point (x, y): the complements of the
+// handle's place on its travel, clamped.
 struct PadWrite {
     float y;
     float x;
 };
 PadWrite padWriteFor(int x, int y) {
-    using namespace layout;
-    const auto travel = static_cast<float>(kPadSide - kHandleSide);
-    const float half = kHandleSide / 2.0f;
-    float fx = static_cast<float>(x) - kPadLeft - half;
-    float fy = static_cast<float>(y) - kPadTop - half;
-    fx = std::fmin(fx, travel) / travel;
-    fy = std::fmin(fy, travel) / travel;
-    return {1.0f - std::fmax(fx, 0.0f), 1.0f - std::fmax(fy, 0.0f)};
+    auto along = [](int p, int origin) {
+        const float travel = layout::kPadSide - layout::kHandleSide;
+        return 1.0f - std::clamp((p - origin - layout::kHandleSide / 2.0f) / travel, 0.0f, 1.0f);
+    };
+    return {along(x, layout::kPadLeft), along(y, layout::kPadTop)};
 }
 
 // A drag of the pad as the host must hear it: one edit of x (the pad's tag),
@@ -62,13 +57,7 @@ PadWrite padWriteFor(int x, int y) {
     return ::testing::AssertionSuccess();
 }
 
-struct PluginEditorX : ::testing::Test {
-    XClient client;
-    void SetUp() override {
-        ASSERT_TRUE(xvfbIsRunning());
-        ASSERT_TRUE(client.ok());
-    }
-
+struct PluginEditorX : XFixture {
     // Places the source in the horizontal plane from the host's side.
     static void placeSource(HostedEditorPlugin& plugin, float azimuth, float distanceValue) {
         plugin.setParameter(kElev, 0.5f);
@@ -79,20 +68,34 @@ struct PluginEditorX : ::testing::Test {
 
 } // namespace
 
-TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeShowingTheBackground) {
+TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeAndItsScreenshotIsWritten) {
     PluginEditorSession editor(client, 0, 0);
-    EXPECT_EQ(editor.plugin().editorSize().width, 300);
-    EXPECT_EQ(editor.plugin().editorSize().height, 260);
+    HostedEditorPlugin& plugin = editor.plugin();
+    EXPECT_EQ(plugin.editorSize(), std::make_pair(layout::kWidth, layout::kHeight));
     ASSERT_TRUE(editor.opened());
     ASSERT_TRUE(editor.waitUntilPainted());
     const WindowGeometry geometry = client.geometry(editor.window());
     EXPECT_EQ(geometry.x, 0);
     EXPECT_EQ(geometry.y, 0);
-    EXPECT_EQ(geometry.width, 300);
-    EXPECT_EQ(geometry.height, 260);
+    EXPECT_EQ(geometry.width, layout::kWidth);
+    EXPECT_EQ(geometry.height, layout::kHeight);
     // The handle stands where the initial program puts the source.
     std::optional<Spot> handle;
     EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
+
+    // The screenshot: the source front left and compensation on.
+    plugin.setParameter(kNFC, kCompensationOneMetre);
+    placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
+    ASSERT_TRUE(editor.waitForHandleAtParameters(handle));
+    EXPECT_EQ(plugin.display(kNFC), "1.00");
+    EXPECT_EQ(plugin.display(kAzim), "40");
+    const WindowImage shot = editor.snapshot();
+    ASSERT_TRUE(writePng(shot, ZEL_SCREENSHOT_PATH));
+    // The file holds exactly what the window showed.
+    const WindowImage reread = readPng(ZEL_SCREENSHOT_PATH);
+    ASSERT_EQ(reread.width, layout::kWidth);
+    ASSERT_EQ(reread.height, layout::kHeight);
+    EXPECT_EQ(differingPixels(shot, reread, 0, 0, layout::kWidth, layout::kHeight), 0);
 }
 
 TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
@@ -210,20 +213,19 @@ TEST_F(PluginEditorX, HostAutomationOfTheAzimuthMovesTheHandle) {
 }
 
 TEST_F(PluginEditorX, FiftyOpenCloseCyclesLeaveNoWindowOrConnection) {
-    HostedEditorPlugin plugin;
-    const EditorSize size = plugin.editorSize();
-    const xcb_window_t parent = client.createParent(0, 0, size.width, size.height);
+    PluginEditorSession editor(client, 0, 0);
+    editor.close();
     const std::size_t topLevelWindows = client.children(client.root()).size();
     const int filesBefore = openFileCount();
     for (int cycle = 0; cycle < 50; cycle++) {
-        ASSERT_TRUE(plugin.openEditor(parent)) << "cycle " << cycle;
-        for (int round = 0; round < 3; round++) plugin.idleEditor();
-        plugin.closeEditor();
+        ASSERT_TRUE(editor.open()) << "cycle " << cycle;
+        for (int round = 0; round < 3; round++) editor.idle();
+        editor.close();
     }
-    EXPECT_TRUE(pumpUntil([&] { client.sync(); }, [&] { return client.children(parent).empty(); }));
+    EXPECT_TRUE(pumpUntil([&] { client.sync(); },
+                          [&] { return client.children(editor.parent()).empty(); }));
     EXPECT_EQ(client.children(client.root()).size(), topLevelWindows);
     EXPECT_EQ(openFileCount(), filesBefore) << "every editor connection is closed";
-    client.destroy(parent);
 }
 
 TEST_F(PluginEditorX, TwoInstancesWithEditorsOpenAtOnceKeepTheirOwnState) {
@@ -269,8 +271,7 @@ TEST_F(PluginEditorX, ParentDestroyedBeforeCloseIsSurvivedAndTheEditorReopens) {
     {
         PluginEditorSession editor(client, 0, 0);
         ASSERT_TRUE(editor.waitUntilPainted());
-        client.destroy(editor.parent());
-        editor.forgetParent();
+        editor.destroyParent();
         for (int round = 0; round < 20; round++) {
             // Changes force paints into the window that is gone.
             editor.plugin().setParameter(kAzim, round / 20.0f);
@@ -278,43 +279,11 @@ TEST_F(PluginEditorX, ParentDestroyedBeforeCloseIsSurvivedAndTheEditorReopens) {
             editor.idle();
             client.sync();
         }
-        editor.plugin().closeEditor();
+        editor.close();
         editor.idle();
-
         // The same instance opens again into a new parent, complete.
-        const EditorSize size = editor.plugin().editorSize();
-        const xcb_window_t parent = client.createParent(0, 0, size.width, size.height);
-        ASSERT_TRUE(editor.plugin().openEditor(parent));
-        EXPECT_TRUE(editor.plugin().editorSize().width == 300);
-        EXPECT_TRUE(pumpUntil(
-            [&] { editor.idle(); },
-            [&] {
-                const std::vector<xcb_window_t> children = client.children(parent);
-                return children.size() == 1 &&
-                       showsBackgroundHeader(client.image(children[0], size.width, size.height));
-            }));
-        editor.plugin().closeEditor();
-        client.destroy(parent);
+        ASSERT_TRUE(editor.open());
+        EXPECT_TRUE(editor.waitUntilPainted());
     }
     EXPECT_EQ(openFileCount(), filesBefore);
-}
-
-TEST_F(PluginEditorX, ScreenshotWithTheSourceFrontLeftAndCompensationOn) {
-    PluginEditorSession editor(client, 0, 0);
-    HostedEditorPlugin& plugin = editor.plugin();
-    ASSERT_TRUE(editor.waitUntilPainted());
-    plugin.setParameter(kNFC, kCompensationOneMetre);
-    placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
-    std::optional<Spot> handle;
-    ASSERT_TRUE(editor.waitForHandleAtParameters(handle));
-    EXPECT_EQ(plugin.display(kNFC), "1.00");
-    EXPECT_EQ(plugin.display(kAzim), "40");
-
-    const WindowImage shot = editor.snapshot();
-    ASSERT_TRUE(writePng(shot, ZEL_SCREENSHOT_PATH));
-    // The file holds exactly what the window showed.
-    const WindowImage reread = readPng(ZEL_SCREENSHOT_PATH);
-    ASSERT_EQ(reread.width, 300);
-    ASSERT_EQ(reread.height, 260);
-    EXPECT_EQ(differingPixels(shot, reread, 0, 0, 300, 260), 0);
 }

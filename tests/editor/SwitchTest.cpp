@@ -44,9 +44,16 @@ TEST_F(SwitchFixture, BandsOfTheHeightGiveEvenlySpacedValues) {
     EXPECT_EQ(valueAfterClickAt(500), 1.0f);
 }
 
-TEST_F(SwitchFixture, DragNotifiesOncePerBandChange) {
+TEST_F(SwitchFixture, DragNotifiesOncePerBandChangeAndOnlyWithTheLeftButton) {
+    CPoint right(15, 55);
+    EXPECT_EQ(control->onMouseDown(right, kRButton), kMouseEventNotHandled);
+    EXPECT_TRUE(log.empty()) << "a right click announces nothing";
+
     CPoint where(15, 25);
     control->onMouseDown(where, kLButton);
+    CPoint lower(15, 55);
+    EXPECT_EQ(control->onMouseMoved(lower, 0), kMouseEventHandled);
+    EXPECT_EQ(control->getValue(), 0.0f) << "a move without the left button changes nothing";
     for (CCoord y : {26, 27, 31, 33, 45, 59, 70}) {
         CPoint p(40, y); // x is ignored
         control->onMouseMoved(p, kLButton);
@@ -55,20 +62,6 @@ TEST_F(SwitchFixture, DragNotifiesOncePerBandChange) {
     EXPECT_EQ(log, (CallLog{"listenerBegin 6", "hostBegin 6", "valueChanged 6", "valueChanged 6",
                             "valueChanged 6", "hostEnd 6", "listenerEnd 6"}));
     EXPECT_EQ(listener.values, (std::vector<float>{1.0f / 3.0f, 2.0f / 3.0f, 1.0f}));
-}
-
-TEST_F(SwitchFixture, MovesWithoutTheLeftButtonChangeNothing) {
-    CPoint where(15, 25);
-    control->onMouseDown(where, kLButton);
-    CPoint lower(15, 55);
-    EXPECT_EQ(control->onMouseMoved(lower, 0), kMouseEventHandled);
-    EXPECT_EQ(control->getValue(), 0.0f);
-}
-
-TEST_F(SwitchFixture, RightClickIsNotHandledAndAnnouncesNothing) {
-    CPoint where(15, 55);
-    EXPECT_EQ(control->onMouseDown(where, kRButton), kMouseEventNotHandled);
-    EXPECT_TRUE(log.empty());
 }
 
 TEST_F(SwitchFixture, DefaultGestureNestsBeginAndEndAndResetsToZero) {
@@ -101,20 +94,17 @@ TEST_F(SwitchFixture, DrawnFrameIsTheValueRoundedToTheNearestPosition) {
     EXPECT_FALSE(control->isDirty());
 }
 
-TEST(VerticalSwitchConstruction, PositionsFollowTheStripWhenNotGiven) {
+TEST(VerticalSwitchConstruction, PositionsFollowTheStripAndDegenerateGeometryStaysAtZero) {
     auto* strip = new CBitmap(testimages::kSwitchStripId);
-    CVerticalSwitch control(CRect(0, 0, testimages::kSwitchWidth, testimages::kSwitchFrameHeight),
-                            nullptr, 0, strip);
+    CVerticalSwitch fromStrip(
+        CRect(0, 0, testimages::kSwitchWidth, testimages::kSwitchFrameHeight), nullptr, 0, strip);
     strip->forget();
-    EXPECT_EQ(control.getNumSubPixmaps(), testimages::kSwitchFrames);
-    EXPECT_EQ(control.getHeightOfOneImage(), testimages::kSwitchFrameHeight);
-    EXPECT_EQ(control.getDefaultValue(), 0.0f);
+    EXPECT_EQ(fromStrip.getNumSubPixmaps(), testimages::kSwitchFrames);
+    EXPECT_EQ(fromStrip.getHeightOfOneImage(), testimages::kSwitchFrameHeight);
     CPoint bottom(0, testimages::kSwitchFrameHeight - 1);
-    control.onMouseDown(bottom, kLButton);
-    EXPECT_EQ(control.getValue(), 1.0f);
-}
+    fromStrip.onMouseDown(bottom, kLButton);
+    EXPECT_EQ(fromStrip.getValue(), 1.0f);
 
-TEST(VerticalSwitchConstruction, DegenerateGeometryStaysAtZeroWithoutCrashing) {
     CVerticalSwitch noStrip(CRect(0, 0, 20, 40), nullptr, 0, nullptr);
     CVerticalSwitch onePosition(CRect(0, 0, 20, 40), nullptr, 0, 1, 40, 1, nullptr);
     CVerticalSwitch flat(CRect(0, 0, 20, 0), nullptr, 0, 4, 0, 4, nullptr);

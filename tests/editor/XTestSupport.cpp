@@ -143,27 +143,18 @@ bool XClient::isViewable(xcb_window_t window) {
     return viewable;
 }
 
-std::uint32_t XClient::pixel(xcb_window_t window, int x, int y) {
-    xcb_get_image_reply_t* image = xcb_get_image_reply(
-        connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(x),
-                      static_cast<std::int16_t>(y), 1, 1, ~0u),
-        nullptr);
-    std::uint32_t value = ~0u;
-    if (image && xcb_get_image_data_length(image) >= 4) {
-        std::memcpy(&value, xcb_get_image_data(image), 4);
-        value &= 0xffffff;
-    }
-    std::free(image);
-    return value;
+xcb_window_t XClient::onlyChild(xcb_window_t parent) {
+    const std::vector<xcb_window_t> list = children(parent);
+    return list.size() == 1 ? list[0] : 0;
 }
 
-WindowImage XClient::image(xcb_window_t window, int width, int height) {
+WindowImage XClient::image(xcb_window_t window, int width, int height, int x, int y) {
     WindowImage result;
     xcb_get_image_reply_t* reply = xcb_get_image_reply(
         connection,
-        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0,
-                      static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), ~0u),
+        xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(x),
+                      static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width),
+                      static_cast<std::uint16_t>(height), ~0u),
         nullptr);
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     // 32 bits per pixel in the server's (little-endian) order, no row padding.
@@ -176,6 +167,11 @@ WindowImage XClient::image(xcb_window_t window, int width, int height) {
     }
     std::free(reply);
     return result;
+}
+
+std::uint32_t XClient::pixel(xcb_window_t window, int x, int y) {
+    const WindowImage one = image(window, 1, 1, x, y);
+    return one.pixels.empty() ? ~0u : one.pixels[0];
 }
 
 WindowGeometry XClient::geometry(xcb_window_t window) {

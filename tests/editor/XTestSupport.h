@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 #include <xcb/xcb.h>
@@ -46,11 +47,13 @@ public:
     xcb_window_t createParent(int x, int y, int width, int height);
     void destroy(xcb_window_t window);
     std::vector<xcb_window_t> children(xcb_window_t parent);
+    // The parent's only child, as an editor's window; 0 if none or several.
+    xcb_window_t onlyChild(xcb_window_t parent);
     bool isViewable(xcb_window_t window);
+    // Width x height pixels of a window from (x, y); empty if unreadable.
+    WindowImage image(xcb_window_t window, int width, int height, int x = 0, int y = 0);
     // The 0xRRGGBB colour of one pixel of a window, or ~0 if unreadable.
     std::uint32_t pixel(xcb_window_t window, int x, int y);
-    // The window's top-left width x height pixels; empty if unreadable.
-    WindowImage image(xcb_window_t window, int width, int height);
     // Position within the parent and size; all 0 if the window is gone.
     WindowGeometry geometry(xcb_window_t window);
     // The window's WM_NAME, as a host's top-level window carries its title.
@@ -72,6 +75,15 @@ private:
 
     xcb_connection_t* connection;
     xcb_screen_t* screen = nullptr;
+};
+
+// A test with its own X client on the private server.
+struct XFixture : ::testing::Test {
+    XClient client;
+    void SetUp() override {
+        ASSERT_TRUE(xvfbIsRunning());
+        ASSERT_TRUE(client.ok());
+    }
 };
 
 // Runs step() (one host idle) until done() holds; false if it never does

@@ -13,14 +13,11 @@
 #include <fcntl.h>
 #include <fstream>
 #include <optional>
-#include <spawn.h>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
-
-extern char** environ;
 
 using namespace editortest;
 
@@ -40,29 +37,24 @@ std::string readFile(const std::string& path) {
 class Zeledit {
 public:
     // display: the DISPLAY to give it; none leaves DISPLAY out altogether.
-    Zeledit(const std::vector<std::string>& arguments, std::optional<std::string> display) {
+    Zeledit(std::vector<std::string> arguments, const std::optional<std::string>& display) {
         char dirTemplate[] = "/tmp/zeledit-test-XXXXXX";
-        const char* dir = mkdtemp(dirTemplate);
-        if (dir != nullptr) directory = dir;
-        std::vector<std::string> args{ZEL_ZELEDIT_PATH};
-        args.insert(args.end(), arguments.begin(), arguments.end());
-        std::vector<std::string> env;
-        for (char** entry = environ; *entry != nullptr; entry++)
-            if (std::strncmp(*entry, "DISPLAY=", 8) != 0) env.emplace_back(*entry);
-        if (display) env.push_back("DISPLAY=" + *display);
-
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath().c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath().c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        std::vector<char*> argv = pointers(args);
-        std::vector<char*> envp = pointers(env);
-        if (posix_spawn(&pid, args[0].c_str(), &actions, nullptr, argv.data(), envp.data()) != 0)
-            pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
+        if (const char* dir = mkdtemp(dirTemplate)) directory = dir;
+        arguments.insert(arguments.begin(), ZEL_ZELEDIT_PATH);
+        pid = fork();
+        if (pid != 0) return;
+        if (display)
+            setenv("DISPLAY", display->c_str(), 1);
+        else
+            unsetenv("DISPLAY");
+        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
+        dup2(open(outPath().c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+        dup2(open(errPath().c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        std::vector<char*> argv;
+        for (std::string& argument : arguments) argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        execv(argv[0], argv.data());
+        _exit(127);
     }
     ~Zeledit() {
         if (running()) {
@@ -94,12 +86,6 @@ public:
     std::string errors() const { return readFile(errPath()); }
 
 private:
-    static std::vector<char*> pointers(std::vector<std::string>& strings) {
-        std::vector<char*> result;
-        for (std::string& s : strings) result.push_back(s.data());
-        result.push_back(nullptr);
-        return result;
-    }
     std::string outPath() const { return directory + "/out"; }
     std::string errPath() const { return directory + "/err"; }
 
@@ -108,12 +94,7 @@ private:
     std::optional<int> status;
 };
 
-struct ZeleditX : ::testing::Test {
-    XClient client;
-    void SetUp() override {
-        ASSERT_TRUE(xvfbIsRunning());
-        ASSERT_TRUE(client.ok());
-    }
+struct ZeleditX : XFixture {
     const char* display() const { return std::getenv("DISPLAY"); }
 
     // zeledit's top-level window, once it holds the mapped editor; 0 if none.
@@ -210,27 +191,27 @@ TEST_F(ZeleditX, CtrlCClosesTheEditorAndExitsCleanly) {
 }
 
 TEST_F(ZeleditX, RefusesWhatItCannotRunWithAClearMessage) {
-    {
-        Zeledit zeledit({"--plugin", ZEL_PLUGIN_PATH, "--seconds", "1"}, std::nullopt);
-        EXPECT_EQ(zeledit.exitStatus(), 1);
-        EXPECT_EQ(zeledit.errors(), "zeledit: no X display: DISPLAY is not set\n");
-    }
-    {
-        Zeledit zeledit({"--plugin", ZEL_PLUGIN_PATH}, std::string(":4321"));
-        EXPECT_EQ(zeledit.exitStatus(), 1);
-        EXPECT_EQ(zeledit.errors(), "zeledit: cannot open X display ':4321'\n");
-    }
-    {
-        Zeledit zeledit({"--plugin", "/nonexistent/ZelAmbiEnc.so"}, display());
-        EXPECT_EQ(zeledit.exitStatus(), 1);
-        EXPECT_NE(zeledit.errors().find("cannot load plug-in '/nonexistent/ZelAmbiEnc.so'"),
-                  std::string::npos)
-            << zeledit.errors();
-    }
-    {
-        Zeledit zeledit({"--seconds", "0"}, display());
-        EXPECT_EQ(zeledit.exitStatus(), 2);
-        EXPECT_NE(zeledit.errors().find("--seconds needs a positive number"), std::string::npos);
+    const struct {
+        std::vector<std::string> arguments;
+        std::optional<std::string> display;
+        int status;
+        std::string message;
+    } cases[] = {
+        {{"--plugin", ZEL_PLUGIN_PATH, "--seconds", "1"},
+         std::nullopt,
+         1,
+         "zeledit: no X display: DISPLAY is not set\n"},
+        {{"--plugin", ZEL_PLUGIN_PATH}, ":4321", 1, "zeledit: cannot open X display ':4321'\n"},
+        {{"--plugin", "/nonexistent/ZelAmbiEnc.so"},
+         display(),
+         1,
+         "cannot load plug-in '/nonexistent/ZelAmbiEnc.so'"},
+        {{"--seconds", "0"}, display(), 2, "--seconds needs a positive number"},
+    };
+    for (const auto& c : cases) {
+        Zeledit zeledit(c.arguments, c.display);
+        EXPECT_EQ(zeledit.exitStatus(), c.status) << c.message;
+        EXPECT_NE(zeledit.errors().find(c.message), std::string::npos) << zeledit.errors();
     }
     EXPECT_EQ(editorWindow(), 0u);
 }
