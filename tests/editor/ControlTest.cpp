@@ -20,19 +20,6 @@ public:
     }
 };
 
-struct FrameFixture : ::testing::Test {
-    CallLog log;
-    RecordingListener listener{log};
-    RecordingEditor editor{log};
-    CFrame* frame = new CFrame(CRect(0, 0, 200, 200), nullptr, &editor);
-    ~FrameFixture() override { delete frame; }
-
-    template <typename T> T* add(T* view) {
-        frame->addView(view);
-        return view;
-    }
-};
-
 std::vector<std::string> drawnStrings(CParamDisplay& display) {
     RecordingContext context;
     display.draw(&context);
@@ -40,17 +27,6 @@ std::vector<std::string> drawnStrings(CParamDisplay& display) {
 }
 
 } // namespace
-
-TEST(ControlValues, SetValueStoresWithoutClampingUntilBounced) {
-    PlainControl control(CRect(0, 0, 10, 10));
-    control.setValue(3.0f);
-    EXPECT_EQ(control.getValue(), 3.0f);
-    control.bounceValue();
-    EXPECT_EQ(control.getValue(), 1.0f);
-    control.setValue(-2.0f);
-    control.bounceValue();
-    EXPECT_EQ(control.getValue(), 0.0f);
-}
 
 TEST(ControlDirty, NewControlIsDirtyInvalidCountsAsDrawnAndSetDirtyForcesADifference) {
     PlainControl control(CRect(0, 0, 10, 10));
@@ -127,20 +103,19 @@ TEST_F(FrameFixture, DefaultValueGestureNeedsExactlyControlAndLeft) {
 TEST_F(FrameFixture, ListenerCanTakeModifiedClicksBeforeTheControl) {
     auto* control = add(new CVerticalSwitch(CRect(0, 0, 20, 40), &listener, 9, 4, 40, 4, nullptr));
     listener.consumeModifierClicks = true;
-    CPoint where(5, 35);
-    EXPECT_EQ(frame->onMouseDown(where, kLButton | kShift), kMouseEventHandled);
+    EXPECT_EQ(down(5, 35, kLButton | kShift), kMouseEventHandled);
     EXPECT_EQ(log, (CallLog{"modifierClicked 9 18"}));
     EXPECT_EQ(control->getValue(), 0.0f) << "the control never saw the click";
     EXPECT_EQ(frame->getMouseDownView(), nullptr);
 
     log.clear();
     listener.consumeModifierClicks = false;
-    frame->onMouseDown(where, kLButton | kShift);
+    down(5, 35, kLButton | kShift);
     EXPECT_EQ(log.front(), "modifierClicked 9 18");
     EXPECT_EQ(control->getValue(), 1.0f) << "declined, so the control handles it";
 
     log.clear();
-    frame->onMouseDown(where, kLButton);
+    down(5, 35);
     EXPECT_EQ(log.front(), "listenerBegin 9") << "no pre-check without modifiers";
 }
 

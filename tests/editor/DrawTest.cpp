@@ -23,7 +23,6 @@ std::uint32_t pixelAt(cairo_surface_t* surface, int x, int y) {
 
 // A frame with the test background, drawn into an image of its size.
 struct RenderFixture : ::testing::Test {
-    CallLog log;
     CBitmap* background = new CBitmap(testimages::kBackgroundId);
     CFrame* frame = new CFrame(
         CRect(0, 0, testimages::kBackgroundWidth, testimages::kBackgroundHeight), nullptr, nullptr);
@@ -36,23 +35,14 @@ struct RenderFixture : ::testing::Test {
         background->forget();
         cairo_surface_destroy(surface);
     }
-    void render(const CRect& area) {
+    void render(const CRect& area = CRect(0, 0, testimages::kBackgroundWidth,
+                                          testimages::kBackgroundHeight)) {
         CCairoDrawContext context(surface);
         frame->drawRect(&context, area);
     }
 };
 
 } // namespace
-
-TEST(Resources, EmbeddedImagesLoadByNumberWithTheirSize) {
-    CBitmap background(testimages::kBackgroundId);
-    EXPECT_TRUE(background.isLoaded());
-    EXPECT_EQ(background.getWidth(), testimages::kBackgroundWidth);
-    EXPECT_EQ(background.getHeight(), testimages::kBackgroundHeight);
-    CBitmap byName("bmp01001.png");
-    EXPECT_EQ(byName.getHeight(), testimages::kSwitchFrames * testimages::kSwitchFrameHeight);
-    EXPECT_STREQ(byName.getResourceDescription().u.name, "bmp01001.png");
-}
 
 TEST(Resources, MissingBrokenOrTruncatedImagesGiveAnEmptyBitmap) {
     for (const CResourceDescription& desc :
@@ -124,7 +114,7 @@ TEST_F(RenderFixture, OpaqueChildCoversTheBackgroundInsideItsRectAndInTheUpdateR
     strip->forget();
     frame->addView(control);
     control->setValue(2.0f / 3.0f);
-    render(CRect(0, 0, testimages::kBackgroundWidth, testimages::kBackgroundHeight));
+    render();
     EXPECT_EQ(pixelAt(surface, 20, 30), testimages::switchFrameRgb(2));
     EXPECT_EQ(pixelAt(surface, 10, 10), testimages::switchFrameRgb(2));
     EXPECT_EQ(pixelAt(surface, 30, 30), testimages::kBackgroundRgb);
@@ -140,13 +130,13 @@ TEST_F(RenderFixture, DisplayTextIsDrawnInTheFontColourAndTransparencyShowsTheBa
     auto* display = new CParamDisplay(CRect(10, 60, 110, 90));
     frame->addView(display);
     display->setStringConvert([](float, char* text) { text[0] = 0; });
-    render(CRect(0, 0, testimages::kBackgroundWidth, testimages::kBackgroundHeight));
+    render();
     EXPECT_EQ(pixelAt(surface, 80, 70), 0x000000u) << "opaque: back colour black";
 
     display->setTransparency(true);
     display->setFontColor(MakeCColor(255, 0, 0));
     display->setStringConvert([](float, char* text) { std::strcpy(text, "WWWWWWWW"); });
-    render(CRect(0, 0, testimages::kBackgroundWidth, testimages::kBackgroundHeight));
+    render();
     int reddish = 0;
     for (int y = 0; y < testimages::kBackgroundHeight; y++)
         for (int x = 0; x < testimages::kBackgroundWidth; x++) {

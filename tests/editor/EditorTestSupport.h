@@ -2,10 +2,12 @@
 
 // Doubles shared by the editor toolkit tests: a drawing context that records
 // what views draw, a listener and an editor interface that log the calls
-// they receive, and a view that reports its own destruction.
+// they receive, a view that reports its own destruction, and a frame that
+// holds them.
 
 #include "vstcontrols.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -116,6 +118,33 @@ private:
         log.push_back(name + " " + what + " " + std::to_string(where.h) + "," +
                       std::to_string(where.v) + " " + std::to_string(buttons));
         return result;
+    }
+};
+
+// A 300 x 300 frame with a recording editor and listener, sharing one log,
+// and mouse events in frame coordinates.
+struct FrameFixture : ::testing::Test {
+    CallLog log;
+    RecordingListener listener{log};
+    RecordingEditor editor{log};
+    CFrame* frame = new CFrame(CRect(0, 0, 300, 300), nullptr, &editor);
+    ~FrameFixture() override { delete frame; }
+
+    template <typename T> T* add(T* view) {
+        frame->addView(view);
+        return view;
+    }
+    CMouseEventResult down(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint p(x, y);
+        return frame->onMouseDown(p, buttons);
+    }
+    CMouseEventResult move(CCoord x, CCoord y, long buttons = kLButton) {
+        CPoint p(x, y);
+        return frame->onMouseMoved(p, buttons);
+    }
+    CMouseEventResult up(CCoord x, CCoord y, long buttons = 0) {
+        CPoint p(x, y);
+        return frame->onMouseUp(p, buttons);
     }
 };
 

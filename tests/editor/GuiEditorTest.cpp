@@ -34,14 +34,6 @@ struct EditorFixture : ::testing::Test {
 
 } // namespace
 
-TEST_F(EditorFixture, KnobDragIsBracketedByBeginAndEndEditForItsTag) {
-    drag(80, 10, 100, 30); // top centre, then 3 o'clock
-    EXPECT_EQ(hostCalls(), (HostCalls{{audioMasterBeginEdit, 3},
-                                      {audioMasterAutomate, 3},
-                                      {audioMasterAutomate, 3},
-                                      {audioMasterEndEdit, 3}}));
-}
-
 TEST_F(EditorFixture, KnobModeIsSharedByAllEditorsOfTheModule) {
     TestEffect otherEffect;
     auto* other = new TestEditor(&otherEffect);

@@ -9,28 +9,10 @@ using namespace editortest;
 
 namespace {
 
-struct RoutingFixture : ::testing::Test {
-    CallLog log;
-    CFrame* frame = new CFrame(CRect(0, 0, 200, 200), nullptr, nullptr);
-    ~RoutingFixture() override { delete frame; }
-
+struct RoutingFixture : FrameFixture {
     ProbeView* probe(const CRect& r, const std::string& name,
                      CMouseEventResult down = kMouseEventHandled, bool* destroyed = nullptr) {
-        auto* view = new ProbeView(r, name, log, down, destroyed);
-        frame->addView(view);
-        return view;
-    }
-    CMouseEventResult down(CCoord x, CCoord y, long buttons = kLButton) {
-        CPoint p(x, y);
-        return frame->onMouseDown(p, buttons);
-    }
-    CMouseEventResult move(CCoord x, CCoord y, long buttons = kLButton) {
-        CPoint p(x, y);
-        return frame->onMouseMoved(p, buttons);
-    }
-    CMouseEventResult up(CCoord x, CCoord y, long buttons = 0) {
-        CPoint p(x, y);
-        return frame->onMouseUp(p, buttons);
+        return add(new ProbeView(r, name, log, down, destroyed));
     }
 };
 
@@ -69,10 +51,7 @@ TEST_F(RoutingFixture, CapturedViewGetsMovesAndUpEvenOutsideItsRect) {
 }
 
 TEST_F(RoutingFixture, HoverEntersExitsAndMouseDownClearsFocusAndHover) {
-    CallLog listenerLog;
-    RecordingListener listener(listenerLog);
-    auto* knob = new CKnob(CRect(160, 0, 200, 40), &listener, 1, nullptr, nullptr);
-    frame->addView(knob);
+    auto* knob = add(new CKnob(CRect(160, 0, 200, 40), nullptr, 1, nullptr, nullptr));
     probe(CRect(0, 0, 50, 50), "a");
     probe(CRect(100, 100, 150, 150), "b");
     move(10, 10, kRButton);

@@ -11,16 +11,9 @@ namespace {
 
 // A 4-position switch, 40 px high, at (10, 20) in a frame with a recording
 // host and listener.
-struct SwitchFixture : ::testing::Test {
-    CallLog log;
-    RecordingListener listener{log};
-    RecordingEditor editor{log};
-    CFrame* frame = new CFrame(CRect(0, 0, 100, 100), nullptr, &editor);
+struct SwitchFixture : FrameFixture {
     CVerticalSwitch* control =
-        new CVerticalSwitch(CRect(10, 20, 30, 60), &listener, 6, 4, 40, 4, nullptr);
-
-    SwitchFixture() { frame->addView(control); }
-    ~SwitchFixture() override { delete frame; }
+        add(new CVerticalSwitch(CRect(10, 20, 30, 60), &listener, 6, 4, 40, 4, nullptr));
 
     float valueAfterClickAt(CCoord y) {
         CPoint where(15, 20 + y);

@@ -18,26 +18,9 @@ namespace editortest {
 
 namespace {
 
-std::string findInPath(const char* program) {
-    const char* path = std::getenv("PATH");
-    std::string dirs = path ? path : "/usr/bin:/bin";
-    std::size_t start = 0;
-    while (start <= dirs.size()) {
-        const std::size_t end = dirs.find(':', start);
-        const std::string dir = dirs.substr(start, end == std::string::npos ? end : end - start);
-        const std::string candidate = dir + "/" + program;
-        if (!dir.empty() && access(candidate.c_str(), X_OK) == 0) return candidate;
-        if (end == std::string::npos) break;
-        start = end + 1;
-    }
-    return {};
-}
-
 class XvfbEnvironment : public ::testing::Environment {
 public:
     void SetUp() override {
-        const std::string xvfb = findInPath("Xvfb");
-        ASSERT_FALSE(xvfb.empty()) << "Xvfb is not installed (package xvfb)";
         int fds[2];
         ASSERT_EQ(pipe(fds), 0);
         const std::string fdText = std::to_string(fds[1]);
@@ -53,8 +36,8 @@ public:
             dup2(devNull, 2);
             // -noreset: by default the server resets whenever its last client
             // leaves, as between two tests, and refuses connections meanwhile.
-            execl(xvfb.c_str(), "Xvfb", "-displayfd", fdText.c_str(), "-screen", "0", "640x480x24",
-                  "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
+            execlp("Xvfb", "Xvfb", "-displayfd", fdText.c_str(), "-screen", "0", "640x480x24",
+                   "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
             _exit(127);
         }
         close(fds[1]);
@@ -63,7 +46,7 @@ public:
         char c;
         while (read(fds[0], &c, 1) == 1 && c != '\n') number += c;
         close(fds[0]);
-        ASSERT_FALSE(number.empty()) << "Xvfb did not start";
+        ASSERT_FALSE(number.empty()) << "Xvfb did not start (is the package xvfb installed?)";
         setenv("DISPLAY", (":" + number).c_str(), 1);
         running = true;
     }
