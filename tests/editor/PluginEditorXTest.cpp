@@ -68,7 +68,7 @@ struct PluginEditorX : XFixture {
 
 } // namespace
 
-TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeAndItsScreenshotIsWritten) {
+TEST_F(PluginEditorX, OpensAtTheReportedSizeWithTheHandleWhereTheHostPutsTheSource) {
     PluginEditorSession editor(client, 0, 0);
     HostedEditorPlugin& plugin = editor.plugin();
     EXPECT_EQ(plugin.editorSize(), std::make_pair(layout::kWidth, layout::kHeight));
@@ -83,6 +83,21 @@ TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeAndItsScreenshotIsWritte
     std::optional<Spot> handle;
     EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
 
+    placeSource(plugin, 0.0f, kTwoMetres); // 2 m to the front: above the centre
+    std::optional<Spot> front;
+    ASSERT_TRUE(editor.waitForHandleAtParameters(front));
+    EXPECT_NEAR(plugin.getParameter(kX), coordinate(2.0), 1e-6f);
+    // 2 m to the left: left of the centre. The pad's two values keep their
+    // mean on this move, so only a repaint that looks at both shows it.
+    plugin.setParameter(kAzim, kAzimuthLeft);
+    std::optional<Spot> left;
+    ASSERT_TRUE(editor.waitForHandleAtParameters(left));
+    EXPECT_NEAR(plugin.getParameter(kY), coordinate(2.0), 1e-6f);
+    // 2 m is 153 / 4 px of travel on each axis.
+    const double quarter = (layout::kPadSide - layout::kHandleSide) / 4.0;
+    EXPECT_NEAR(left->x - front->x, -quarter, 1.5);
+    EXPECT_NEAR(left->y - front->y, quarter, 1.5);
+
     // The screenshot: the source front left and compensation on.
     plugin.setParameter(kNFC, kCompensationOneMetre);
     placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
@@ -96,6 +111,8 @@ TEST_F(PluginEditorX, OpensAChildWindowOfTheReportedSizeAndItsScreenshotIsWritte
     ASSERT_EQ(reread.width, layout::kWidth);
     ASSERT_EQ(reread.height, layout::kHeight);
     EXPECT_EQ(differingPixels(shot, reread, 0, 0, layout::kWidth, layout::kHeight), 0);
+    // Host automation is no user edit: nothing is reported back.
+    EXPECT_TRUE(plugin.reports().empty());
 }
 
 TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
@@ -154,64 +171,6 @@ TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
     EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
 }
 
-TEST_F(PluginEditorX, ClickOnTheSwitchSetsTheCompensationDistance) {
-    using namespace layout;
-    PluginEditorSession editor(client, 0, 0);
-    HostedEditorPlugin& plugin = editor.plugin();
-    ASSERT_TRUE(editor.waitUntilPainted());
-    ASSERT_EQ(plugin.display(kNFC), "off");
-    const WindowImage before = editor.snapshot();
-    plugin.clearReports();
-
-    // 60 px down the switch's 96 px: band 49 of 79, counted from "off" at the top.
-    editor.click((kSwitchLeft + kSwitchRight) / 2, kSwitchTop + 60);
-    ASSERT_TRUE(editor.idleUntil([&] { return !plugin.reportsOf(audioMasterEndEdit).empty(); }));
-    const float written = 1.0f - 49.0f / (kSwitchPositions - 1);
-    EXPECT_EQ(plugin.reports(), (std::vector<EditReport>{{audioMasterBeginEdit, kNFC, 0.0f},
-                                                         {audioMasterAutomate, kNFC, written},
-                                                         {audioMasterEndEdit, kNFC, 0.0f}}));
-    EXPECT_NEAR(plugin.getParameter(kNFC), written, 1e-6f);
-    const std::string text = plugin.display(kNFC);
-    EXPECT_NEAR(std::strtod(text.c_str(), nullptr), 0.5 + 3.5 * written, 0.005) << text;
-
-    // The switch and the display beneath it repaint; the pad stays as it was.
-    EXPECT_TRUE(editor.idleUntil([&] {
-        const WindowImage after = editor.snapshot();
-        return differingPixels(before, after, kSwitchLeft, kSwitchTop, kSwitchRight,
-                               kSwitchBottom) > 0 &&
-               differingPixels(before, after, kNfcDisplayLeft, kNfcDisplayTop, kNfcDisplayRight,
-                               kNfcDisplayBottom) > 0;
-    }));
-    EXPECT_EQ(differingPixels(before, editor.snapshot(), kPadLeft + 20, kPadTop + 20,
-                              kPadLeft + kPadSide - 20, kPadTop + kPadSide - 20),
-              0);
-}
-
-TEST_F(PluginEditorX, HostAutomationOfTheAzimuthMovesTheHandle) {
-    PluginEditorSession editor(client, 0, 0);
-    HostedEditorPlugin& plugin = editor.plugin();
-    ASSERT_TRUE(editor.waitUntilPainted());
-
-    placeSource(plugin, 0.0f, kTwoMetres); // 2 m to the front: above the centre
-    std::optional<Spot> front;
-    ASSERT_TRUE(editor.waitForHandleAtParameters(front));
-    EXPECT_NEAR(plugin.getParameter(kX), coordinate(2.0), 1e-6f);
-
-    // 2 m to the left: left of the centre. The pad's two values keep their
-    // mean on this move, so only a repaint that looks at both shows it.
-    plugin.setParameter(kAzim, kAzimuthLeft);
-    std::optional<Spot> left;
-    ASSERT_TRUE(editor.waitForHandleAtParameters(left));
-    EXPECT_NEAR(plugin.getParameter(kY), coordinate(2.0), 1e-6f);
-
-    // 2 m is 153 / 4 px of travel on each axis.
-    const double quarter = (layout::kPadSide - layout::kHandleSide) / 4.0;
-    EXPECT_NEAR(left->x - front->x, -quarter, 1.5);
-    EXPECT_NEAR(left->y - front->y, quarter, 1.5);
-    // Host automation is no user edit: nothing is reported back.
-    EXPECT_TRUE(plugin.reports().empty());
-}
-
 TEST_F(PluginEditorX, FiftyOpenCloseCyclesLeaveNoWindowOrConnection) {
     PluginEditorSession editor(client, 0, 0);
     editor.close();
@@ -228,40 +187,53 @@ TEST_F(PluginEditorX, FiftyOpenCloseCyclesLeaveNoWindowOrConnection) {
     EXPECT_EQ(openFileCount(), filesBefore) << "every editor connection is closed";
 }
 
-TEST_F(PluginEditorX, TwoInstancesWithEditorsOpenAtOnceKeepTheirOwnState) {
+// Two instances at once: a click on the right one's compensation switch and
+// host automation of the left one each change only their own instance.
+TEST_F(PluginEditorX, ClickOnTheSwitchSetsTheCompensationDistanceOfItsOwnInstance) {
     using namespace layout;
     PluginEditorSession left(client, 0, 0);
     PluginEditorSession right(client, 320, 0);
     ASSERT_TRUE(left.waitUntilPainted());
     ASSERT_TRUE(right.waitUntilPainted());
+    HostedEditorPlugin& plugin = right.plugin();
+    ASSERT_EQ(plugin.display(kNFC), "off");
     const WindowImage leftBefore = left.snapshot();
-    const WindowImage rightBefore = right.snapshot();
+    const WindowImage before = right.snapshot();
     auto idleBoth = [&] {
         left.idle();
         right.idle();
     };
 
-    right.click((kSwitchLeft + kSwitchRight) / 2, kSwitchBottom - 1); // nearest compensation
-    ASSERT_TRUE(
-        pumpUntil(idleBoth, [&] { return !right.plugin().reportsOf(audioMasterEndEdit).empty(); }));
-    EXPECT_EQ(right.plugin().getParameter(kNFC), 0.0f);
-    EXPECT_EQ(right.plugin().display(kNFC), "0.50");
+    // 60 px down the switch's 96 px: band 49 of 79, counted from "off" at the top.
+    right.click((kSwitchLeft + kSwitchRight) / 2, kSwitchTop + 60);
+    ASSERT_TRUE(pumpUntil(idleBoth, [&] { return !plugin.reportsOf(audioMasterEndEdit).empty(); }));
+    const float written = 1.0f - 49.0f / (kSwitchPositions - 1);
+    EXPECT_EQ(plugin.reports(), (std::vector<EditReport>{{audioMasterBeginEdit, kNFC, 0.0f},
+                                                         {audioMasterAutomate, kNFC, written},
+                                                         {audioMasterEndEdit, kNFC, 0.0f}}));
+    EXPECT_NEAR(plugin.getParameter(kNFC), written, 1e-6f);
+    const std::string text = plugin.display(kNFC);
+    EXPECT_NEAR(std::strtod(text.c_str(), nullptr), 0.5 + 3.5 * written, 0.005) << text;
     EXPECT_TRUE(left.plugin().reports().empty());
     EXPECT_EQ(left.plugin().display(kNFC), "off");
+    // The switch and the display beneath it repaint; the pad stays as it was.
+    EXPECT_TRUE(pumpUntil(idleBoth, [&] {
+        const WindowImage after = right.snapshot();
+        return differingPixels(before, after, kSwitchLeft, kSwitchTop, kSwitchRight,
+                               kSwitchBottom) > 0 &&
+               differingPixels(before, after, kNfcDisplayLeft, kNfcDisplayTop, kNfcDisplayRight,
+                               kNfcDisplayBottom) > 0;
+    }));
 
     // Host automation of the left instance moves only the left handle.
     placeSource(left.plugin(), kAzimuthLeft, kTwoMetres);
     std::optional<Spot> handle;
     EXPECT_TRUE(left.waitForHandleAtParameters(handle));
     idleBoth();
-    EXPECT_TRUE(pumpUntil(idleBoth, [&] {
-        return differingPixels(rightBefore, right.snapshot(), kSwitchLeft, kSwitchTop, kSwitchRight,
-                               kSwitchBottom) > 0;
-    }));
     EXPECT_EQ(differingPixels(leftBefore, left.snapshot(), kSwitchLeft, kSwitchTop, kSwitchRight,
                               kSwitchBottom),
               0);
-    EXPECT_EQ(differingPixels(rightBefore, right.snapshot(), kPadLeft, kPadTop, kPadLeft + kPadSide,
+    EXPECT_EQ(differingPixels(before, right.snapshot(), kPadLeft, kPadTop, kPadLeft + kPadSide,
                               kPadTop + kPadSide),
               0);
 }
