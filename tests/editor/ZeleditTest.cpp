@@ -13,11 +13,14 @@
 #include <fcntl.h>
 #include <fstream>
 #include <optional>
+#include <spawn.h>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
+
+extern char** environ;
 
 using namespace editortest;
 
@@ -41,20 +44,21 @@ public:
         char dirTemplate[] = "/tmp/zeledit-test-XXXXXX";
         if (const char* dir = mkdtemp(dirTemplate)) directory = dir;
         arguments.insert(arguments.begin(), ZEL_ZELEDIT_PATH);
-        pid = fork();
-        if (pid != 0) return;
-        if (display)
-            setenv("DISPLAY", display->c_str(), 1);
-        else
-            unsetenv("DISPLAY");
-        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
-        dup2(open(outPath().c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-        dup2(open(errPath().c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-        std::vector<char*> argv;
-        for (std::string& argument : arguments) argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        execv(argv[0], argv.data());
-        _exit(127);
+        std::vector<std::string> env;
+        for (char** entry = environ; *entry != nullptr; entry++)
+            if (std::strncmp(*entry, "DISPLAY=", 8) != 0) env.emplace_back(*entry);
+        if (display) env.push_back("DISPLAY=" + *display);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath().c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath().c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        std::vector<char*> argv = pointers(arguments);
+        std::vector<char*> envp = pointers(env);
+        if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), envp.data()) != 0) pid = -1;
+        posix_spawn_file_actions_destroy(&actions);
     }
     ~Zeledit() {
         if (running()) {
@@ -86,6 +90,12 @@ public:
     std::string errors() const { return readFile(errPath()); }
 
 private:
+    static std::vector<char*> pointers(std::vector<std::string>& strings) {
+        std::vector<char*> result;
+        for (std::string& s : strings) result.push_back(s.data());
+        result.push_back(nullptr);
+        return result;
+    }
     std::string outPath() const { return directory + "/out"; }
     std::string errPath() const { return directory + "/err"; }
 
