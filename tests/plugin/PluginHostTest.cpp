@@ -1,53 +1,119 @@
 // The module as a host sees it: loaded with dlopen, reached only through
-// VSTPluginMain and the AEffect record.
-#include "HostedPlugin.h"
+// VSTPluginMain and the AEffect record, and driven in the buffer and block
+// patterns that Linux hosts use.
+#include "aeffectx.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <vector>
 
 namespace {
 
 enum { kAzim, kElev, kX, kY, kZ, kDist, kNFC };
+constexpr int kOutputs = 16;
+constexpr int kMaxBlock = 1024;
 
-TEST(PluginEntry, RefusesHostThatReportsNoVersion) {
-    TestHost::calls.clear();
-    TestHost::versionAnswer = 0;
-    AEffect* effect = pluginEntry()(TestHost::callback);
-    TestHost::versionAnswer = 2400;
-    EXPECT_EQ(effect, nullptr);
-    ASSERT_EQ(TestHost::calls.size(), 1u); // nothing was built that could call again
-    EXPECT_EQ(TestHost::calls[0].opcode, audioMasterVersion);
-    EXPECT_TRUE(TestHost::calls[0].nullEffect);
+// The host side: records the opcode of every callback and answers
+// audioMasterVersion with versionAnswer, everything else with 0.
+std::vector<VstInt32> hostCalls;
+VstIntPtr versionAnswer = 2400;
+bool lastCallHadNoEffect = false;
+
+VstIntPtr hostCallback(AEffect* effect, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
+    hostCalls.push_back(opcode);
+    lastCallHadNoEffect = effect == nullptr;
+    return opcode == audioMasterVersion ? versionAnswer : 0;
 }
 
-TEST(PluginEntry, AsksTheHostOnlyForItsVersionWhileLoading) {
-    TestHost::calls.clear();
-    HostedPlugin plugin;
-    // Neither construction nor the two resumes ask for MIDI or anything else.
-    ASSERT_EQ(TestHost::calls.size(), 1u);
-    EXPECT_EQ(TestHost::calls[0].opcode, audioMasterVersion);
+using PluginEntry = AEffect* (*)(audioMasterCallback);
+// VSTPluginMain of the built module, loaded once and never closed, as hosts
+// keep a module loaded while any instance lives.
+PluginEntry pluginEntry() {
+    static void* const module = dlopen(ZEL_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
+    if (module == nullptr) throw std::runtime_error(dlerror());
+    auto entry = reinterpret_cast<PluginEntry>(dlsym(module, "VSTPluginMain"));
+    if (entry == nullptr) throw std::runtime_error("no VSTPluginMain");
+    return entry;
+}
+
+// Fill byte of every buffer handed to the plug-in, so that a buffer still
+// full of it provably received no write.
+constexpr char kSentinel = '\xA5';
+const std::string kUntouched = "<untouched>";
+
+// One instance, opened, and switched off and closed on destruction.
+class HostedPlugin {
+public:
+    HostedPlugin() : fx(pluginEntry()(hostCallback)) {
+        if (fx == nullptr) throw std::runtime_error("VSTPluginMain gave no effect");
+        dispatch(effOpen);
+    }
+    ~HostedPlugin() {
+        dispatch(effMainsChanged, 0, 0);
+        dispatch(effClose);
+    }
+    HostedPlugin(const HostedPlugin&) = delete;
+    HostedPlugin& operator=(const HostedPlugin&) = delete;
+
+    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
+                       void* ptr = nullptr, float opt = 0.0f) {
+        return fx->dispatcher(fx, opcode, index, value, ptr, opt);
+    }
+    // The text a text opcode writes into a sentinel-filled 256-byte buffer.
+    std::string text(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0) {
+        char buffer[256];
+        std::memset(buffer, kSentinel, sizeof buffer);
+        dispatch(opcode, index, value, buffer);
+        if (std::all_of(buffer, buffer + sizeof buffer, [](char c) { return c == kSentinel; }))
+            return kUntouched;
+        const void* end = std::memchr(buffer, '\0', sizeof buffer);
+        if (end == nullptr) return "<unterminated>";
+        return std::string(static_cast<const char*>(buffer), static_cast<const char*>(end));
+    }
+    std::string display(VstInt32 index) { return text(effGetParamDisplay, index); }
+    void setParameter(VstInt32 index, float value) { fx->setParameter(fx, index, value); }
+    float getParameter(VstInt32 index) { return fx->getParameter(fx, index); }
+    void process(float** inputs, float** outputs, VstInt32 frames) {
+        fx->processReplacing(fx, inputs, outputs, frames);
+    }
+
+    AEffect* const fx;
+};
+
+TEST(PluginEntry, AsksTheHostOnlyForItsVersionAndRefusesOneThatHasNone) {
+    hostCalls.clear();
+    versionAnswer = 0;
+    AEffect* refused = pluginEntry()(hostCallback);
+    versionAnswer = 2400;
+    EXPECT_EQ(refused, nullptr);
+    EXPECT_EQ(hostCalls, std::vector<VstInt32>{audioMasterVersion}); // nothing built to call again
+    EXPECT_TRUE(lastCallHadNoEffect);
     EXPECT_EQ(pluginEntry()(nullptr), nullptr);
+
+    // Neither construction nor switching on asks for MIDI or anything else.
+    hostCalls.clear();
+    HostedPlugin plugin;
+    plugin.dispatch(effMainsChanged, 0, 1);
+    EXPECT_EQ(hostCalls, std::vector<VstInt32>{audioMasterVersion});
 }
 
-TEST(PluginIdentity, EffectRecord) {
+TEST(PluginIdentity, EffectRecordNamesAndAnswers) {
     HostedPlugin plugin;
-    const AEffect& e = *plugin.effect();
-    EXPECT_EQ(e.magic, kEffectMagic);
-    EXPECT_EQ(e.uniqueID, 0x5A583378); // 'ZX3x'
-    EXPECT_EQ(e.version, 1);
-    EXPECT_EQ(e.numPrograms, 16);
-    EXPECT_EQ(e.numParams, 7);
-    EXPECT_EQ(e.numInputs, 1);
-    EXPECT_EQ(e.numOutputs, 16);
-    // An editor, but no double precision, no chunks, not a synth.
-    EXPECT_EQ(e.flags, effFlagsCanReplacing | effFlagsHasEditor);
-    EXPECT_EQ(e.initialDelay, 0);
-    EXPECT_NE(e.processReplacing, nullptr);
-    EXPECT_NE(e.processDoubleReplacing, nullptr);
-}
+    const AEffect& e = *plugin.fx;
+    // 'ZX3x'; an editor, but no double precision, no chunks, not a synth.
+    EXPECT_EQ(std::make_tuple(e.magic, e.uniqueID, e.version, e.numPrograms, e.numParams,
+                              e.numInputs, e.numOutputs, e.flags, e.initialDelay),
+              std::make_tuple(kEffectMagic, 0x5A583378, 1, 16, 7, 1, 16,
+                              effFlagsCanReplacing | effFlagsHasEditor, 0));
 
-TEST(PluginIdentity, NamesVersionsAndDefaults) {
-    HostedPlugin plugin;
     EXPECT_EQ(plugin.text(effGetEffectName), "Zelworks Orvalis XY 3 - 3d");
     EXPECT_EQ(plugin.text(effGetProductString), "Zelworks Orvalis XY 3 - 3d");
     EXPECT_EQ(plugin.text(effGetVendorString), "ZelWorks");
@@ -56,7 +122,8 @@ TEST(PluginIdentity, NamesVersionsAndDefaults) {
     EXPECT_EQ(plugin.dispatch(effGetVstVersion), 2400);
     EXPECT_EQ(plugin.dispatch(effGetPlugCategory), kPlugCategUnknown);
     EXPECT_EQ(plugin.dispatch(effGetTailSize), 0);
-    EXPECT_EQ(plugin.dispatch(effGetProgram), 0);
+    EXPECT_EQ(plugin.dispatch(9999), 0);
+    EXPECT_EQ(plugin.dispatch(-1), 0);
     for (const char* query : {"receiveVstEvents", "receiveVstMidiEvent", "sendVstEvents",
                               "sendVstMidiEvent", "bypass", "hasCockosExtensions"}) {
         char buffer[64];
@@ -69,133 +136,87 @@ TEST(PluginIdentity, NamesVersionsAndDefaults) {
     EXPECT_EQ(chunk, &plugin);
 }
 
-VstPinProperties sentinelPin() {
-    VstPinProperties pin;
+// A pin request into a sentinel-filled record, summed up as "answer label
+// flags", with "-" for a label or flags left alone; no other field may change.
+std::string askPin(HostedPlugin& plugin, VstInt32 opcode, VstInt32 index) {
+    VstPinProperties pin, untouched;
     std::memset(&pin, kSentinel, sizeof pin);
-    return pin;
+    std::memset(&untouched, kSentinel, sizeof untouched);
+    const VstIntPtr answer = plugin.dispatch(opcode, index, 0, &pin);
+    EXPECT_EQ(std::memcmp(&pin.arrangementType, &untouched.arrangementType,
+                          sizeof pin - offsetof(VstPinProperties, arrangementType)),
+              0)
+        << index;
+    return std::to_string(answer) + " " + (pin.label[0] == kSentinel ? "-" : pin.label) + " " +
+           (pin.flags == untouched.flags ? "-" : std::to_string(pin.flags));
 }
 
-// Label aside, the fields a pin request may write are the flags only.
-bool onlyLabelAndFlagsWritten(const VstPinProperties& pin) {
-    const VstPinProperties untouched = sentinelPin();
-    return std::memcmp(&pin.arrangementType, &untouched.arrangementType,
-                       sizeof pin - offsetof(VstPinProperties, arrangementType)) == 0;
-}
-
-TEST(PluginPins, MonoInput) {
+TEST(PluginPins, MonoInputAndSixteenOutputsInLetterOrder) {
     HostedPlugin plugin;
-    VstPinProperties pin = sentinelPin();
-    EXPECT_EQ(plugin.dispatch(effGetInputProperties, 0, 0, &pin), 1);
-    EXPECT_STREQ(pin.label, "Mono Input");
-    EXPECT_EQ(pin.flags, kVstPinIsActive);
-    EXPECT_TRUE(onlyLabelAndFlagsWritten(pin));
-    for (int index : {1, -1, 16}) {
-        VstPinProperties other = sentinelPin();
-        const VstPinProperties untouched = sentinelPin();
-        EXPECT_EQ(plugin.dispatch(effGetInputProperties, index, 0, &other), 0);
-        EXPECT_EQ(std::memcmp(&other, &untouched, sizeof other), 0) << index;
+    const std::string active = std::to_string(kVstPinIsActive);
+    EXPECT_EQ(askPin(plugin, effGetInputProperties, 0), "1 Mono Input " + active);
+    for (int index : {1, -1, 16}) EXPECT_EQ(askPin(plugin, effGetInputProperties, index), "0 - -");
+    // Labels in their own letter order, not the ACN order of the content;
+    // beyond the sixteen the lenient answer: active, but no label.
+    for (int k : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, -1, 1000}) {
+        const std::string label = k >= 0 && k < 16 ? std::string(1, "WXYZRSTUVKLMNOPQ"[k]) : "-";
+        EXPECT_EQ(askPin(plugin, effGetOutputProperties, k), "1 " + label + " " + active) << k;
     }
     EXPECT_EQ(plugin.dispatch(effGetInputProperties, 0, 0, nullptr), 0);
-}
-
-TEST(PluginPins, OutputLabelsInLetterOrder) {
-    HostedPlugin plugin;
-    const char* letters = "WXYZRSTUVKLMNOPQ";
-    for (int k = 0; k < 16; ++k) {
-        VstPinProperties pin = sentinelPin();
-        EXPECT_EQ(plugin.dispatch(effGetOutputProperties, k, 0, &pin), 1);
-        EXPECT_EQ(std::string(pin.label), std::string(1, letters[k])) << k;
-        EXPECT_EQ(pin.flags, kVstPinIsActive);
-        EXPECT_TRUE(onlyLabelAndFlagsWritten(pin));
-    }
-}
-
-TEST(PluginPins, OutputRequestsBeyondTheRangeAnswerActiveWithoutLabel) {
-    HostedPlugin plugin;
-    for (int index : {16, -1, 1000}) {
-        VstPinProperties pin = sentinelPin();
-        EXPECT_EQ(plugin.dispatch(effGetOutputProperties, index, 0, &pin), 1) << index;
-        EXPECT_EQ(pin.flags, kVstPinIsActive);
-        EXPECT_EQ(pin.label[0], kSentinel);
-        EXPECT_TRUE(onlyLabelAndFlagsWritten(pin));
-    }
     EXPECT_EQ(plugin.dispatch(effGetOutputProperties, 0, 0, nullptr), 0);
 }
 
-TEST(PluginParameters, NamesAndLabels) {
+TEST(PluginParameters, NamesLabelsDefaultsAndIndicesOutOfRange) {
     HostedPlugin plugin;
     const char* names[] = {
         "Azimuth", "Elevation", " x ", " y ", " z ", "Distance", "Compensation Distance"};
     const char* labels[] = {"degrees", "degrees", "m", "m", "m", "m", "m"};
+    const float values[] = {0.0f, 0.5f, 1.0f, 0.5f, 0.5f, 0.0f, 1.0f};
+    const char* displays[] = {"0", "0", "4.00", "0.00", "0.00", "off", "off"};
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(plugin.text(effGetParamName, i), names[i]);
         EXPECT_EQ(plugin.text(effGetParamLabel, i), labels[i]);
-    }
-    for (int i : {7, -1, 1 << 30}) {
-        EXPECT_EQ(plugin.text(effGetParamName, i), kUntouched) << i;
-        EXPECT_EQ(plugin.text(effGetParamLabel, i), kUntouched) << i;
-        EXPECT_EQ(plugin.text(effGetParamDisplay, i), kUntouched) << i;
-        EXPECT_EQ(plugin.getParameter(i), 0.0f) << i;
+        EXPECT_NEAR(plugin.getParameter(i), values[i], 1e-7) << i;
+        EXPECT_EQ(plugin.display(i), displays[i]) << i;
     }
     for (int op : {effGetParamName, effGetParamLabel, effGetParamDisplay})
         EXPECT_EQ(plugin.dispatch(op, 0, 0, nullptr), 0);
-}
 
-TEST(PluginParameters, DefaultProgramMirrorsTheEncoder) {
-    HostedPlugin plugin;
-    const float expected[] = {0.0f, 0.5f, 1.0f, 0.5f, 0.5f, 0.0f, 1.0f};
-    const char* texts[] = {"0", "0", "4.00", "0.00", "0.00", "off", "off"};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_NEAR(plugin.getParameter(i), expected[i], 1e-7) << i;
-        EXPECT_EQ(plugin.display(i), texts[i]) << i;
-    }
-}
-
-TEST(PluginParameters, AngleDisplaysRoundToNearestHalvesAwayFromZero) {
-    HostedPlugin plugin;
-    const struct {
-        int index;
-        float degrees;
-        const char* text;
-    } cases[] = {{kAzim, 179.6f, "180"}, {kAzim, 179.4f, "179"}, {kAzim, 359.7f, "360"},
-                 {kElev, 44.6f, "45"},   {kElev, -44.6f, "-45"}, {kElev, -44.4f, "-44"},
-                 {kElev, -0.4f, "0"},    {kElev, -0.6f, "-1"},   {kElev, -90.0f, "-90"}};
-    for (const auto& c : cases) {
-        const float v = c.index == kAzim ? c.degrees / 360.0f : (c.degrees + 90.0f) / 180.0f;
-        plugin.setParameter(c.index, v);
-        EXPECT_EQ(plugin.display(c.index), c.text) << c.degrees;
-    }
-}
-
-TEST(PluginParameters, MetreDisplaysTruncateAndMakeRoomForTheSign) {
-    HostedPlugin plugin;
-    // x = -4 + 8 v: 0.35 gives exactly -1.2f, 0.5875 gives 0.69999981.
-    plugin.setParameter(kX, 0.35f);
-    EXPECT_EQ(plugin.display(kX), "-1.20");
-    plugin.setParameter(kX, 0.5875f);
-    EXPECT_EQ(plugin.display(kX), "0.69"); // truncated, not rounded
-    plugin.setParameter(kZ, 0.25f);
-    EXPECT_EQ(plugin.display(kZ), "-2.00");
-    plugin.setParameter(kDist, 0.0025f); // 3.99 m
-    EXPECT_EQ(plugin.display(kDist), "3.99");
-    plugin.setParameter(kDist, 0.0f);
-    EXPECT_EQ(plugin.display(kDist), "off");
-    plugin.setParameter(kNFC, 0.0f);
-    EXPECT_EQ(plugin.display(kNFC), "0.50");
-    plugin.setParameter(kNFC, 1.0f);
-    EXPECT_EQ(plugin.display(kNFC), "off");
-}
-
-TEST(PluginParameters, OutOfRangeIndicesChangeNothing) {
-    HostedPlugin plugin;
     plugin.setParameter(kElev, 0.7f);
     float before[7];
     for (int i = 0; i < 7; ++i) before[i] = plugin.getParameter(i);
-    for (int i : {7, -1, 1 << 30}) plugin.setParameter(i, 0.3f);
+    for (int i : {7, -1, 1 << 30}) {
+        plugin.setParameter(i, 0.3f);
+        EXPECT_EQ(plugin.getParameter(i), 0.0f) << i;
+        for (int op : {effGetParamName, effGetParamLabel, effGetParamDisplay})
+            EXPECT_EQ(plugin.text(op, i), kUntouched) << op << " " << i;
+    }
     for (int i = 0; i < 7; ++i) EXPECT_EQ(plugin.getParameter(i), before[i]) << i;
 }
 
-TEST(PluginPrograms, NamesAndSelection) {
+// Angles round to whole degrees, halves away from zero; metres truncate to
+// hundredths, with one more character for a minus sign; far distances read "off".
+TEST(PluginParameters, DisplayTexts) {
+    HostedPlugin plugin;
+    const struct {
+        int index;
+        float value;
+        const char* text;
+    } cases[] = {
+        {kX, 0.35f, "-1.20"},  // exactly -1.2f: the sign costs no digit
+        {kX, 0.5875f, "0.69"}, // 0.69999981: truncated, not rounded
+        {kZ, 0.25f, "-2.00"},         {kDist, 0.0025f, "3.99"},     {kDist, 0.0f, "off"},
+        {kNFC, 0.0f, "0.50"},         {kNFC, 1.0f, "off"},          {kAzim, 179.6f / 360, "180"},
+        {kAzim, 179.4f / 360, "179"}, {kAzim, 359.7f / 360, "360"}, {kElev, 134.6f / 180, "45"},
+        {kElev, 45.4f / 180, "-45"},  {kElev, 45.6f / 180, "-44"},  {kElev, 89.6f / 180, "0"},
+        {kElev, 89.4f / 180, "-1"},   {kElev, 0.0f, "-90"}};
+    for (const auto& c : cases) {
+        plugin.setParameter(c.index, c.value);
+        EXPECT_EQ(plugin.display(c.index), c.text) << c.index << " " << c.value;
+    }
+}
+
+TEST(PluginPrograms, NamesSelectionAndTheInitNumbering) {
     HostedPlugin plugin;
     for (int p = 0; p < 16; ++p)
         EXPECT_EQ(plugin.text(effGetProgramNameIndexed, p, 7), "Prog " + std::to_string(p + 1));
@@ -205,25 +226,21 @@ TEST(PluginPrograms, NamesAndSelection) {
         EXPECT_EQ(plugin.dispatch(effGetProgramNameIndexed, p, 0, buffer), 0) << p;
     }
     EXPECT_EQ(plugin.dispatch(effGetProgramNameIndexed, 0, 0, nullptr), 0);
+    EXPECT_EQ(plugin.dispatch(effGetProgram), 0);
     EXPECT_EQ(plugin.text(effGetProgramName), "Prog 1");
 
     plugin.dispatch(effSetProgram, 0, 3);
-    EXPECT_EQ(plugin.dispatch(effGetProgram), 3);
-    EXPECT_EQ(plugin.text(effGetProgramName), "Prog 4");
     // Refused: past the end, negative, and numbers that would wrap to 1 in 32 bits.
     for (VstIntPtr p : {VstIntPtr{16}, VstIntPtr{-1}, (VstIntPtr{1} << 32) + 1})
         plugin.dispatch(effSetProgram, 0, p);
     EXPECT_EQ(plugin.dispatch(effGetProgram), 3);
-}
+    EXPECT_EQ(plugin.text(effGetProgramName), "Prog 4");
 
-TEST(PluginPrograms, NamingAndTheInitNumbering) {
-    HostedPlugin plugin;
-    plugin.dispatch(effSetProgram, 0, 3);
+    // A program named "Init" tells its slot, but only to getProgramName.
     char init[] = "Init";
     plugin.dispatch(effSetProgramName, 0, 0, init);
     EXPECT_EQ(plugin.text(effGetProgramName), "Init 4");
     EXPECT_EQ(plugin.text(effGetProgramNameIndexed, 3), "Init");
-
     char longName[] = "A name far longer than twenty-three characters";
     plugin.dispatch(effSetProgramName, 0, 0, longName);
     EXPECT_EQ(plugin.text(effGetProgramName), std::string(longName, 23));
@@ -231,7 +248,7 @@ TEST(PluginPrograms, NamingAndTheInitNumbering) {
     EXPECT_EQ(plugin.dispatch(effGetProgramName, 0, 0, nullptr), 0);
 }
 
-TEST(PluginPrograms, EveryChangeWritesTheEncodersViewBack) {
+TEST(PluginPrograms, ChangesWriteTheEncodersViewBackAndSwitchingAppliesOnlyTheAzimuth) {
     HostedPlugin plugin;
     // Azimuth 90 degrees, then x = 2 m: the source moves to x 2, y 4, beyond
     // 4 m, and is pulled back; program 0 now stores the derived azimuth.
@@ -243,19 +260,186 @@ TEST(PluginPrograms, EveryChangeWritesTheEncodersViewBack) {
     EXPECT_EQ(plugin.getParameter(kAzim), 0.0f);
     plugin.dispatch(effSetProgram, 0, 0);
     EXPECT_NEAR(plugin.getParameter(kAzim), derived, 1e-6);
+
+    // Program 5 stores the defaults, but each stored value is written after
+    // the earlier ones refreshed the record: only its azimuth takes effect.
+    plugin.setParameter(kElev, 0.75f); // 45 degrees
+    plugin.setParameter(kDist, 0.5f);  // 2 m
+    plugin.setParameter(kNFC, 0.2f);   // 1.2 m
+    const float elevation = plugin.getParameter(kElev), distance = plugin.getParameter(kDist);
+    plugin.dispatch(effSetProgram, 0, 5);
+    EXPECT_NEAR(plugin.getParameter(kAzim), 0.0f, 1e-6);
+    EXPECT_NEAR(plugin.getParameter(kElev), elevation, 1e-6);
+    EXPECT_NEAR(plugin.getParameter(kDist), distance, 1e-6);
+    EXPECT_NEAR(plugin.getParameter(kNFC), 0.2f, 1e-6);
 }
 
-TEST(PluginPrograms, SwitchingAppliesOnlyTheStoredAzimuth) {
+// ---- Audio
+
+// A deterministic mono signal: a sine with a little pseudo-random noise.
+std::vector<float> testSignal(int frames) {
+    std::vector<float> signal(frames);
+    std::uint32_t seed = 12345;
+    for (int i = 0; i < frames; ++i) {
+        seed = seed * 1664525u + 1013904223u;
+        const float noise = static_cast<float>(seed >> 8) / 16777216.0f - 0.5f;
+        signal[i] = 0.5f * static_cast<float>(std::sin(0.031 * i)) + 0.1f * noise;
+    }
+    return signal;
+}
+
+// A source close by with compensation on, so that the near-field filters
+// run; the sample rates are sent in turn.
+void startNearSource(HostedPlugin& plugin, const std::vector<float>& rates = {48000.0f}) {
+    for (float rate : rates) plugin.dispatch(effSetSampleRate, 0, 0, nullptr, rate);
+    plugin.dispatch(effSetBlockSize, 0, kMaxBlock);
+    for (auto [index, value] :
+         {std::pair{kAzim, 0.13f}, {kElev, 0.62f}, {kDist, 0.7f}, {kNFC, 0.2f}})
+        plugin.setParameter(index, value);
+    plugin.dispatch(effMainsChanged, 0, 1);
+}
+
+using Channels = std::vector<std::vector<float>>;
+
+// A parameter change (index -1: effMainsChanged 0 then 1) at a frame
+// position, made between blocks as a host does it.
+struct HostEvent {
+    int frame;
+    int index;
+    float value;
+};
+
+// The signal through a new instance, with blocks cut at every event and at
+// every `bounds` position, never longer than a host block, and an empty block
+// after each cut. In Ardour's layout the input lives in output 0's buffer,
+// and the outputs left unconnected (4-15 but 9) share one scratch buffer.
+Channels run(const std::vector<float>& signal, const std::vector<HostEvent>& events,
+             std::vector<int> bounds, const std::vector<float>& rates = {48000.0f},
+             bool ardourLayout = false) {
     HostedPlugin plugin;
-    plugin.setParameter(kElev, 0.75f);    // 45 degrees
-    plugin.setParameter(kDist, 0.5f);     // 2 m
-    plugin.setParameter(kNFC, 0.2f);      // 1.2 m
-    plugin.dispatch(effSetProgram, 0, 5); // stores the defaults
-    EXPECT_NEAR(plugin.getParameter(kAzim), 0.0f, 1e-6);
-    EXPECT_NEAR(plugin.getParameter(kElev), 0.75f, 1e-6);
-    EXPECT_NEAR(plugin.getParameter(kDist), 0.5f, 1e-6);
-    EXPECT_NEAR(plugin.getParameter(kNFC), 0.2f, 1e-6);
-    EXPECT_EQ(plugin.display(kElev), "45");
+    startNearSource(plugin, rates);
+    Channels out(kOutputs, std::vector<float>(signal.size()));
+    std::vector<float> scratch(kMaxBlock);
+    for (const HostEvent& e : events) bounds.push_back(e.frame);
+    bounds.push_back(static_cast<int>(signal.size()));
+    std::sort(bounds.begin(), bounds.end());
+    int pos = 0;
+    auto process = [&](int frames) {
+        float* in[1] = {const_cast<float*>(signal.data()) + pos};
+        float* outs[kOutputs];
+        for (int c = 0; c < kOutputs; ++c) outs[c] = out[c].data() + pos;
+        if (ardourLayout) {
+            std::copy_n(in[0], frames, outs[0]);
+            in[0] = outs[0];
+            for (int c = 4; c < kOutputs; ++c) outs[c] = c == 9 ? outs[c] : scratch.data();
+        }
+        plugin.process(in, outs, frames);
+        pos += frames;
+    };
+    for (int bound : bounds) {
+        for (const HostEvent& e : events) {
+            if (e.frame != pos) continue;
+            if (e.index >= 0) {
+                plugin.setParameter(e.index, e.value);
+            } else {
+                plugin.dispatch(effMainsChanged, 0, 0);
+                plugin.dispatch(effMainsChanged, 0, 1);
+            }
+        }
+        while (pos < bound) process(std::min(bound - pos, kMaxBlock));
+        process(0);
+    }
+    return out;
+}
+
+TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
+    const std::vector<float> signal = testSignal(6000);
+    const std::vector<HostEvent> events = {{700, kAzim, 0.4f}, {1500, kDist, 0.9f},
+                                           {2100, -1, 0.0f},   {2900, kX, 0.2f},
+                                           {3500, kNFC, 1.0f}, {4200, kElev, 0.1f}};
+    const Channels reference = run(signal, events, {});
+    std::vector<int> cuts;
+    for (int pos = 0, n = 0; pos < 6000; pos += n, ++n) cuts.push_back(pos); // 0, 1, 2, ... frames
+    const Channels split = run(signal, events, cuts);
+    double energy = 0.0; // NaN would differ from itself
+    for (int c = 0; c < kOutputs; ++c) {
+        for (size_t i = 0; i < signal.size(); ++i) {
+            ASSERT_EQ(split[c][i], reference[c][i]) << "channel " << c << " frame " << i;
+            energy += reference[c][i] * reference[c][i];
+        }
+    }
+    EXPECT_GT(energy, 1.0);
+}
+
+// Switching off and on between blocks starts afresh: the second time the
+// signal comes out as it did after the first switch-on.
+TEST(PluginAudio, SwitchingOffAndOnStartsAfresh) {
+    std::vector<float> signal = testSignal(3000);
+    const std::vector<float> once = signal;
+    signal.insert(signal.end(), once.begin(), once.end());
+    const Channels out = run(signal, {{3000, -1, 0.0f}}, {});
+    for (int c = 0; c < kOutputs; ++c)
+        EXPECT_TRUE(std::equal(out[c].begin(), out[c].begin() + 3000, out[c].begin() + 3000)) << c;
+}
+
+// Some scanners send a rate of 0: rates that are no rates keep the one set
+// before, while a real one reaches the near-field filters.
+TEST(PluginAudio, SampleRatesThatAreNoRatesAreIgnored) {
+    const std::vector<float> signal = testSignal(2048);
+    const std::vector<HostEvent> nearer = {{0, kDist, 0.8f}}; // 0.8 m, compensation at 1.2 m
+    const Channels at48k = run(signal, nearer, {});
+    const Channels afterBadRates =
+        run(signal, nearer, {}, {48000.0f, 0.0f, -44100.0f, std::nanf(""), 1e-30f, INFINITY});
+    EXPECT_EQ(afterBadRates, at48k);
+    EXPECT_NE(run(signal, nearer, {}, {96000.0f})[1], at48k[1]);
+}
+
+TEST(PluginAudio, InPlaceInputAndSharedScratchLeaveConnectedOutputsExact) {
+    const std::vector<float> signal = testSignal(5000);
+    const Channels reference = run(signal, {{2500, kNFC, 0.6f}}, {});
+    const Channels ardour = run(signal, {{2500, kNFC, 0.6f}}, {}, {48000.0f}, true);
+    for (int c : {0, 1, 2, 3, 9}) EXPECT_EQ(ardour[c], reference[c]) << "channel " << c;
+}
+
+// Exactly the frames asked for, 0 to 1024, and never the input; nothing at
+// all for malformed calls and the entries other than processReplacing.
+TEST(PluginAudio, WritesExactlyTheFramesAskedForAndNothingElse) {
+    HostedPlugin plugin;
+    startNearSource(plugin);
+    const std::vector<float> signal = testSignal(kMaxBlock + 8);
+    std::vector<float> input = signal;
+    Channels out(kOutputs, std::vector<float>(kMaxBlock + 8, 7.0f));
+    float* in[1] = {input.data()};
+    float *outs[kOutputs], *hole[kOutputs];
+    for (int c = 0; c < kOutputs; ++c) outs[c] = hole[c] = out[c].data();
+    hole[5] = nullptr;
+    auto expectWritten = [&](int n) {
+        for (int c = 0; c < kOutputs; ++c) {
+            for (int i = 0; i < kMaxBlock + 8; ++i)
+                ASSERT_EQ(out[c][i] == 7.0f, i >= n) << n << " " << c << " " << i;
+            std::fill(out[c].begin(), out[c].end(), 7.0f);
+        }
+        EXPECT_EQ(input, signal);
+    };
+    for (int n : {0, 1, 2, 3, 17, 64, 255, 511, 1000, 1023, 1024}) {
+        plugin.process(in, outs, n);
+        expectWritten(n);
+    }
+    AEffect* fx = plugin.fx;
+    fx->process(fx, in, outs, 64); // the deprecated accumulating entry
+    fx->processReplacing(fx, in, outs, -1);
+    fx->processReplacing(fx, nullptr, outs, 64);
+    fx->processReplacing(fx, in, nullptr, 64);
+    fx->processReplacing(fx, in, hole, 64);
+    fx->processReplacing(nullptr, in, outs, 64);
+    expectWritten(0);
+    std::vector<double> dIn(64, 0.5), dOut(64, 7.0);
+    double* dIns[1] = {dIn.data()};
+    double* dOuts[kOutputs];
+    for (auto& p : dOuts) p = dOut.data();
+    fx->processDoubleReplacing(fx, dIns, dOuts, 64);
+    EXPECT_EQ(dOut, std::vector<double>(64, 7.0));
+    EXPECT_EQ(fx->dispatcher(nullptr, effGetVstVersion, 0, 0, nullptr, 0.0f), 0);
 }
 
 } // namespace

@@ -2,63 +2,33 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sndfile.h>
 #include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-void removeTree(const std::string& path) {
-    if (DIR* dir = opendir(path.c_str())) {
-        while (dirent* entry = readdir(dir)) {
-            const std::string name = entry->d_name;
-            if (name == "." || name == "..") continue;
-            const std::string child = path + "/" + name;
-            if (entry->d_type == DT_DIR) {
-                removeTree(child);
-            } else {
-                unlink(child.c_str());
-            }
-        }
-        closedir(dir);
-    }
-    rmdir(path.c_str());
-}
-
-std::string slurp(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-} // namespace
+namespace fs = std::filesystem;
 
 ScratchDir::ScratchDir() {
-    const char* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base && *base ? base : "/tmp") + "/zelrender-test.XXXXXX";
+    std::string pattern = (fs::temp_directory_path() / "zelrender-test.XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
     path = pattern;
 }
 
 ScratchDir::~ScratchDir() {
-    removeTree(path);
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
 }
 
 std::vector<std::string> ScratchDir::entries() const {
     std::vector<std::string> names;
-    if (DIR* dir = opendir(path.c_str())) {
-        while (dirent* entry = readdir(dir)) {
-            const std::string name = entry->d_name;
-            if (name != "." && name != "..") names.push_back(name);
-        }
-        closedir(dir);
-    }
+    for (const auto& entry : fs::directory_iterator(path))
+        names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -67,11 +37,13 @@ void ScratchDir::writeText(const std::string& name, const std::string& text) con
     std::ofstream(file(name)) << text;
 }
 
+std::string ScratchDir::readText(const std::string& name) const {
+    std::ifstream in(file(name), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 void writeAudio(const std::string& path, const AudioData& audio) {
-    SF_INFO info{};
-    info.channels = audio.channels;
-    info.samplerate = audio.sampleRate;
-    info.format = audio.format;
+    SF_INFO info{0, audio.sampleRate, audio.channels, audio.format, 0, 0};
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
     if (file == nullptr) throw std::runtime_error("cannot write test file " + path);
     sf_writef_float(file, audio.samples.data(), audio.frames());
@@ -82,11 +54,8 @@ AudioData readAudio(const std::string& path) {
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
     if (file == nullptr) throw std::runtime_error("cannot read " + path);
-    AudioData audio;
-    audio.channels = info.channels;
-    audio.sampleRate = info.samplerate;
-    audio.format = info.format;
-    audio.samples.resize(static_cast<std::size_t>(info.frames) * info.channels);
+    AudioData audio{info.channels, info.samplerate, info.format,
+                    std::vector<float>(static_cast<std::size_t>(info.frames) * info.channels)};
     sf_readf_float(file, audio.samples.data(), info.frames);
     sf_close(file);
     return audio;
@@ -102,19 +71,22 @@ std::vector<float> testNoise(long long count, unsigned seed) {
     return samples;
 }
 
+std::vector<std::string> lines(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> result;
+    for (std::string line; std::getline(in, line);) result.push_back(line);
+    return result;
+}
+
 RunResult runZelrender(const std::vector<std::string>& arguments) {
     ScratchDir capture;
-    const std::string outPath = capture.file("stdout"), errPath = capture.file("stderr");
     const pid_t child = fork();
     if (child == 0) {
-        const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        dup2(out, STDOUT_FILENO);
-        dup2(err, STDERR_FILENO);
-        std::vector<char*> argv;
-        std::string program = ZELRENDER_PATH;
-        argv.push_back(program.data());
+        dup2(open(capture.file("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+        dup2(open(capture.file("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
         std::vector<std::string> copies = arguments;
+        copies.insert(copies.begin(), ZELRENDER_PATH);
+        std::vector<char*> argv;
         for (std::string& a : copies) argv.push_back(a.data());
         argv.push_back(nullptr);
         execv(argv[0], argv.data());
@@ -122,9 +94,6 @@ RunResult runZelrender(const std::vector<std::string>& arguments) {
     }
     int status = 0;
     waitpid(child, &status, 0);
-    RunResult result;
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    result.out = slurp(outPath);
-    result.err = slurp(errPath);
-    return result;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            capture.readText("out"), capture.readText("err")};
 }

@@ -15,33 +15,27 @@ public:
     ScratchDir& operator=(const ScratchDir&) = delete;
 
     std::string file(const std::string& name) const { return path + "/" + name; }
-    // Names in the directory, hidden ones included, sorted.
-    std::vector<std::string> entries() const;
+    std::vector<std::string> entries() const; // hidden ones too, sorted
     void writeText(const std::string& name, const std::string& text) const;
+    std::string readText(const std::string& name) const;
 
 private:
     std::string path;
 };
 
 struct AudioData {
-    int channels = 0;
-    int sampleRate = 0;
-    int format = 0;
-    std::vector<float> samples; // interleaved
+    int channels, sampleRate, format; // format: a libsndfile SF_FORMAT_* mask
+    std::vector<float> samples;       // interleaved
     long long frames() const { return channels ? samples.size() / channels : 0; }
 };
 
-// Writes interleaved float samples; format is a libsndfile SF_FORMAT_* mask.
 void writeAudio(const std::string& path, const AudioData& audio);
 AudioData readAudio(const std::string& path);
-// Reproducible noise in -0.5..0.5.
-std::vector<float> testNoise(long long count, unsigned seed);
+std::vector<float> testNoise(long long count, unsigned seed); // reproducible, in -0.5..0.5
+std::vector<std::string> lines(const std::string& text);
 
 struct RunResult {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
+    int exitCode;
+    std::string out, err;
 };
-
-// Runs the zelrender under test with the given arguments.
 RunResult runZelrender(const std::vector<std::string>& arguments);

@@ -1,11 +1,18 @@
-// A mono-in, 16-out VST effect that writes every host request it receives,
-// one line each, to the file named by ZEL_RECORDER_LOG, and copies its input
-// to output 0. It shows what the host sent and in which order.
+// Stand-ins for what a host meets, one per build of this file:
+//  - FIXTURE_NO_ENTRY: a shared object that is no plug-in (no VSTPluginMain);
+//  - otherwise a mono-in VST effect with FIXTURE_OUTPUTS outputs that writes
+//    every host request it receives, one line each, to the file named by
+//    ZEL_RECORDER_LOG, and copies its input to output 0: it shows what the
+//    host sent and in which order. With 2 outputs it has the wrong shape.
+#ifdef FIXTURE_NO_ENTRY
+extern "C" __attribute__((visibility("default"))) int zelFixtureNotAPlugin() {
+    return 42;
+}
+#else
 #include "aeffectx.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -18,43 +25,30 @@ void record(const char* format, double a = 0, double b = 0) {
     std::fputc('\n', logFile);
 }
 
-VstIntPtr dispatcher(AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr value,
-                     void* /*ptr*/, float opt) {
-    switch (opcode) {
-    case effOpen:
-        record("open");
-        break;
-    case effClose:
+VstIntPtr dispatcher(AEffect* effect, VstInt32 opcode, VstInt32, VstIntPtr value, void*,
+                     float opt) {
+    const double v = static_cast<double>(value);
+    if (opcode == effOpen) record("open");
+    if (opcode == effSetSampleRate) record("rate %g", opt);
+    if (opcode == effSetBlockSize) record("block %g", v);
+    if (opcode == effSetProgram) record("program %g", v);
+    if (opcode == effMainsChanged) record("mains %g", v);
+    if (opcode == effMainsChanged && value != 0) {
+        record("host rate %g block %g",
+               static_cast<double>(host(effect, audioMasterGetSampleRate, 0, 0, nullptr, 0)),
+               static_cast<double>(host(effect, audioMasterGetBlockSize, 0, 0, nullptr, 0)));
+    }
+    if (opcode == effClose) {
         record("close");
         if (logFile) std::fclose(logFile);
         logFile = nullptr;
-        break;
-    case effSetSampleRate:
-        record("rate %g", opt);
-        break;
-    case effSetBlockSize:
-        record("block %g", static_cast<double>(value));
-        break;
-    case effSetProgram:
-        record("program %g", static_cast<double>(value));
-        break;
-    case effMainsChanged:
-        record("mains %g", static_cast<double>(value));
-        if (value != 0) {
-            record("host rate %g block %g",
-                   static_cast<double>(host(effect, audioMasterGetSampleRate, 0, 0, nullptr, 0)),
-                   static_cast<double>(host(effect, audioMasterGetBlockSize, 0, 0, nullptr, 0)));
-        }
-        break;
-    default:
-        break;
     }
     return 0;
 }
 
 void processReplacing(AEffect*, float** inputs, float** outputs, VstInt32 frames) {
     record("process %g", frames);
-    for (int c = 0; c < 16; ++c) {
+    for (int c = 0; c < FIXTURE_OUTPUTS; ++c) {
         for (int i = 0; i < frames; ++i) outputs[c][i] = c == 0 ? inputs[0][i] : 0.0f;
     }
 }
@@ -76,7 +70,7 @@ AEffect effect = [] {
     e.numPrograms = 16;
     e.numParams = 7;
     e.numInputs = 1;
-    e.numOutputs = 16;
+    e.numOutputs = FIXTURE_OUTPUTS;
     e.flags = effFlagsCanReplacing;
     return e;
 }();
@@ -92,3 +86,4 @@ VSTPluginMain(audioMasterCallback callback) {
            static_cast<double>(callback(nullptr, audioMasterVersion, 0, 0, nullptr, 0)));
     return &effect;
 }
+#endif
