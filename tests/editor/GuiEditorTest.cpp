@@ -64,7 +64,7 @@ TEST_F(EditorFixture, IdleLetsTheHostIdleAndClearsDirtyStateWithoutAWindow) {
     editor->open(nullptr);
 }
 
-TEST(EditorLifetime, EditorDestroyedWhileOpenReleasesItsFrame) {
+TEST(EditorLifetime, EditorDestroyedWhileOpenAndDraggingReleasesItsFrame) {
     bool viewGone = false;
     CallLog log;
     auto* effect = new TestEffect;
@@ -72,6 +72,8 @@ TEST(EditorLifetime, EditorDestroyedWhileOpenReleasesItsFrame) {
     editor->open(nullptr);
     editor->getFrame()->addView(
         new ProbeView(CRect(0, 0, 5, 5), "v", log, kMouseEventHandled, &viewGone));
+    CPoint where(2, 2);
+    editor->getFrame()->onMouseDown(where, kLButton); // in the middle of a drag
     delete effect; // the host never sent effEditClose
     EXPECT_TRUE(viewGone);
 }

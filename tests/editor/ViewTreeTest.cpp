@@ -86,17 +86,3 @@ TEST(ReferenceCounting, ViewsKeepTheirBitmapsAndFontsAlive) {
     EXPECT_EQ(display->getFont()->getSize(), 10);
     display->forget();
 }
-
-TEST(FrameOwnership, DeletingTheFrameDeletesItsViewsAndClearsPointers) {
-    CallLog log;
-    bool gone = false;
-    auto* frame = new CFrame(CRect(0, 0, 100, 100), nullptr, nullptr);
-    auto* view = new ProbeView(CRect(0, 0, 10, 10), "a", log, kMouseEventHandled, &gone);
-    frame->addView(view);
-    EXPECT_EQ(view->getFrame(), frame);
-    CPoint where(5, 5);
-    frame->onMouseDown(where, kLButton);
-    EXPECT_EQ(frame->getMouseDownView(), view);
-    delete frame;
-    EXPECT_TRUE(gone);
-}
