@@ -82,8 +82,7 @@ TEST_F(FrameFixture, DefaultValueGestureNeedsExactlyControlAndLeft) {
     control->invalid();
     const long almost[] = {kControl, kLButton, kControl | kLButton | kShift,
                            kControl | kLButton | kDoubleClick, kControl | kLButton | kRButton};
-    for (long buttons : almost)
-        EXPECT_FALSE(control->checkDefaultValue(buttons)) << buttons;
+    for (long buttons : almost) EXPECT_FALSE(control->checkDefaultValue(buttons)) << buttons;
     EXPECT_TRUE(log.empty());
     EXPECT_EQ(control->getValue(), 0.9f);
 

@@ -74,7 +74,7 @@ TEST(EditorLifetime, EditorDestroyedWhileOpenAndDraggingReleasesItsFrame) {
         new ProbeView(CRect(0, 0, 5, 5), "v", log, kMouseEventHandled, &viewGone));
     CPoint where(2, 2);
     editor->getFrame()->onMouseDown(where, kLButton); // in the middle of a drag
-    delete effect; // the host never sent effEditClose
+    delete effect;                                    // the host never sent effEditClose
     EXPECT_TRUE(viewGone);
 }
 
@@ -116,17 +116,20 @@ TEST(XEventTranslation, SecondQuickNearbyPressIsADoubleClick) {
         std::uint8_t button;
         bool isDouble;
     } presses[] = {
-        {100, 10, 1, false},  {400, 12, 1, true},
+        {100, 10, 1, false},
+        {400, 12, 1, true},
         {450, 12, 1, false},  // a third press starts a new pair
         {2000, 12, 1, false}, // too late
         {2100, 30, 1, false}, // too far
         {2200, 30, 3, false}, // another button
-        {2300, 30, 3, true},  {5, 0, 1, false},
+        {2300, 30, 3, true},
+        {5, 0, 1, false},
         {4294967290u, 0, 1, false},
         {100, 0, 1, true}, // the server's millisecond clock wraps around
     };
     for (const auto& p : presses)
-        EXPECT_EQ((translator.buttonPress(p.button, 0, p.time, p.x, 13).buttons & kDoubleClick) != 0,
+        EXPECT_EQ((translator.buttonPress(p.button, 0, p.time, p.x, 13).buttons & kDoubleClick) !=
+                      0,
                   p.isDouble)
             << p.time;
 }

@@ -39,10 +39,10 @@ TEST(KnobMapping, ValueFromPointFollowsTheArcAndSnapsInTheDeadZone) {
         CCoord x, y;
         float value;
     } cases[] = {
-        {&knob, 20, 0, 0.5f},         {&knob, 40, 20, 0.83333f},   {&knob, 0, 20, 0.16667f},
-        {&knob, 38, 28, 0.92208f},    {&knob, 2, 28, 0.07792f},    {&knob, 19, 40, 0.0f},
-        {&knob, 5, 35, 0.0f},         {&knob, 21, 40, 1.0f},       {&knob, 35, 35, 1.0f},
-        {&reversed, 40, 20, 1.0f / 6}, {&reversed, 20, 0, 0.5f},   {&reversed, 21, 40, 0.0f},
+        {&knob, 20, 0, 0.5f},          {&knob, 40, 20, 0.83333f}, {&knob, 0, 20, 0.16667f},
+        {&knob, 38, 28, 0.92208f},     {&knob, 2, 28, 0.07792f},  {&knob, 19, 40, 0.0f},
+        {&knob, 5, 35, 0.0f},          {&knob, 21, 40, 1.0f},     {&knob, 35, 35, 1.0f},
+        {&reversed, 40, 20, 1.0f / 6}, {&reversed, 20, 0, 0.5f},  {&reversed, 21, 40, 0.0f},
         {&reversed, 19, 40, 1.0f},
     };
     for (const auto& c : cases) {

@@ -110,9 +110,8 @@ VstIntPtr HostedEditorPlugin::callback(AEffect* effect, VstInt32 opcode, VstInt3
                                        VstIntPtr /*value*/, void* /*ptr*/, float opt) {
     if (opcode == audioMasterVersion) return 2400;
     auto* host = effect != nullptr ? static_cast<HostedEditorPlugin*>(effect->user) : nullptr;
-    if (host == nullptr ||
-        (opcode != audioMasterAutomate && opcode != audioMasterBeginEdit &&
-         opcode != audioMasterEndEdit))
+    if (host == nullptr || (opcode != audioMasterAutomate && opcode != audioMasterBeginEdit &&
+                            opcode != audioMasterEndEdit))
         return 0;
     std::lock_guard<std::mutex> lock(host->reportsMutex);
     host->log.push_back({opcode, index, opcode == audioMasterAutomate ? opt : 0.0f});

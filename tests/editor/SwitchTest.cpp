@@ -89,8 +89,8 @@ TEST_F(SwitchFixture, DrawnFrameIsTheValueRoundedToTheNearestPosition) {
 
 TEST(VerticalSwitchConstruction, PositionsFollowTheStripAndDegenerateGeometryStaysAtZero) {
     auto* strip = new CBitmap(testimages::kSwitchStripId);
-    CVerticalSwitch fromStrip(
-        CRect(0, 0, testimages::kSwitchWidth, testimages::kSwitchFrameHeight), nullptr, 0, strip);
+    CVerticalSwitch fromStrip(CRect(0, 0, testimages::kSwitchWidth, testimages::kSwitchFrameHeight),
+                              nullptr, 0, strip);
     strip->forget();
     EXPECT_EQ(fromStrip.getNumSubPixmaps(), testimages::kSwitchFrames);
     EXPECT_EQ(fromStrip.getHeightOfOneImage(), testimages::kSwitchFrameHeight);
