@@ -80,12 +80,7 @@ float ZelTouchPad::valueFromPoint(CPoint& point) {
 }
 
 void ZelTouchPad::draw(CDrawContext* context) {
-    if (pBackground) {
-        if (bTransparencyEnabled)
-            pBackground->drawTransparent(context, size, offset);
-        else
-            pBackground->draw(context, size, offset);
-    }
+    drawBackground(context, offset);
     drawHandle(context);
     setDirty(false);
 }

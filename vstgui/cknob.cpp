@@ -120,12 +120,7 @@ float CKnob::valueFromPoint(CPoint& point) const {
 }
 
 void CKnob::draw(CDrawContext* context) {
-    if (pBackground) {
-        if (bTransparencyEnabled)
-            pBackground->drawTransparent(context, size, offset);
-        else
-            pBackground->draw(context, size, offset);
-    }
+    drawBackground(context, offset);
     drawHandle(context);
     setDirty(false);
 }
@@ -275,13 +270,7 @@ CCoord CAnimKnob::getFrameOffset() const {
 }
 
 void CAnimKnob::draw(CDrawContext* context) {
-    if (pBackground) {
-        const CPoint where(0, getFrameOffset());
-        if (bTransparencyEnabled)
-            pBackground->drawTransparent(context, size, where);
-        else
-            pBackground->draw(context, size, where);
-    }
+    if (pBackground) drawBackground(context, CPoint(0, getFrameOffset()));
     valueToPoint(lastDrawnPoint);
     setDirty(false);
 }

@@ -31,13 +31,7 @@ long CVerticalSwitch::getFrameIndex() const {
 }
 
 void CVerticalSwitch::draw(CDrawContext* context) {
-    if (pBackground) {
-        const CPoint where(0, heightOfOneImage * getFrameIndex());
-        if (bTransparencyEnabled)
-            pBackground->drawTransparent(context, size, where);
-        else
-            pBackground->draw(context, size, where);
-    }
+    if (pBackground) drawBackground(context, CPoint(0, heightOfOneImage * getFrameIndex()));
     setDirty(false);
 }
 

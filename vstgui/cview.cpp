@@ -22,13 +22,16 @@ CView::~CView() {
     if (pBackground) pBackground->forget();
 }
 
+void CView::drawBackground(CDrawContext* context, const CPoint& offset) {
+    if (!pBackground) return;
+    if (bTransparencyEnabled)
+        pBackground->drawTransparent(context, size, offset);
+    else
+        pBackground->draw(context, size, offset);
+}
+
 void CView::draw(CDrawContext* context) {
-    if (pBackground) {
-        if (bTransparencyEnabled)
-            pBackground->drawTransparent(context, size);
-        else
-            pBackground->draw(context, size);
-    }
+    drawBackground(context);
     setDirty(false);
 }
 

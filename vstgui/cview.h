@@ -108,6 +108,10 @@ public:
     virtual const char* getClassName() const { return "CView"; }
 
 protected:
+    // Draws the background image into our rectangle from offset, blended when
+    // the view is transparent; nothing without a background.
+    void drawBackground(CDrawContext* context, const CPoint& offset = CPoint(0, 0));
+
     CRect size;
     CRect mouseableArea;
     CFrame* pParentFrame = nullptr;
