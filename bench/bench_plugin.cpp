@@ -5,15 +5,10 @@
 // on with the source at 4 m (compensation filters only); compensation on
 // with the source at 1 m (source and compensation filters).
 
-#include "aeffectx.h"
+#include "BlockProcessor.h"
+#include "VstPlugin.h"
 
 #include <benchmark/benchmark.h>
-
-#include <cstring>
-#include <dlfcn.h>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -23,75 +18,39 @@ constexpr int kAzimuth = 0, kElevation = 1, kDistance = 5, kCompensation = 6;
 constexpr float kDistanceFar = 0.0f, kDistanceOneMetre = 0.75f, kDistanceTwoMetres = 0.5f;
 constexpr float kCompensationOff = 1.0f, kCompensationTwoMetres = 1.5f / 3.5f;
 
-VstIntPtr hostCallback(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
-    switch (opcode) {
-    case audioMasterVersion:
-        return 2400;
-    case audioMasterGetSampleRate:
-        return 48000;
-    default:
-        return 0;
-    }
-}
-
 // One loaded, switched-on instance; closed and unloaded at the end.
 class HostedEncoder {
 public:
     HostedEncoder(int blockSize, float distance, float compensation)
-        : input(blockSize), outputs(kOutputs, std::vector<float>(blockSize)),
-          outputPointers(kOutputs) {
-        library = dlopen(ZEL_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
-        if (library == nullptr) throw std::runtime_error(dlerror());
-        void* symbol = dlsym(library, "VSTPluginMain");
-        if (symbol == nullptr) throw std::runtime_error("no VSTPluginMain");
-        AEffect* (*entry)(audioMasterCallback);
-        std::memcpy(&entry, &symbol, sizeof(entry));
-        effect = entry(hostCallback);
-        if (effect == nullptr || effect->numOutputs != kOutputs) {
-            throw std::runtime_error("not the encoder plug-in");
-        }
-        dispatch(effOpen);
-        dispatch(effSetSampleRate, 0, nullptr, 48000.0f);
-        dispatch(effSetBlockSize, blockSize);
-        effect->setParameter(effect, kCompensation, compensation);
-        effect->setParameter(effect, kAzimuth, 30.0f / 360.0f);
-        effect->setParameter(effect, kElevation, 100.0f / 180.0f);
-        effect->setParameter(effect, kDistance, distance);
-        dispatch(effMainsChanged, 1);
+        : loaded(ZEL_PLUGIN_PATH), buffers(loaded.plugin(), 1, kOutputs, blockSize) {
+        VstPlugin& plugin = loaded.plugin();
+        plugin.requireChannels(1, kOutputs, "the benchmark");
+        plugin.open();
+        plugin.setSampleRate(48000.0f);
+        plugin.setBlockSize(blockSize);
+        plugin.setParameter(kCompensation, compensation);
+        plugin.setParameter(kAzimuth, 30.0f / 360.0f);
+        plugin.setParameter(kElevation, 100.0f / 180.0f);
+        plugin.setParameter(kDistance, distance);
+        plugin.setMains(true);
 
         // Steady noise, so that no filter state decays into silence.
         unsigned state = 1;
-        for (float& s : input) {
+        float* input = buffers.input(0);
+        for (int i = 0; i < blockSize; ++i) {
             state = state * 1664525u + 1013904223u;
-            s = static_cast<float>(state >> 8) / 16777216.0f - 0.5f;
+            input[i] = static_cast<float>(state >> 8) / 16777216.0f - 0.5f;
         }
-        for (int c = 0; c < kOutputs; ++c) outputPointers[c] = outputs[c].data();
     }
 
-    ~HostedEncoder() {
-        dispatch(effMainsChanged, 0);
-        dispatch(effClose);
-        dlclose(library);
-    }
+    ~HostedEncoder() { loaded.plugin().setMains(false); }
 
-    void processBlock() {
-        float* in = input.data();
-        effect->processReplacing(effect, &in, outputPointers.data(),
-                                 static_cast<VstInt32>(input.size()));
-    }
-
-    const float* output(int channel) const { return outputs[channel].data(); }
+    void processBlock() { buffers.process(0, buffers.frames()); }
+    const float* output(int channel) const { return buffers.output(channel); }
 
 private:
-    void dispatch(VstInt32 opcode, VstIntPtr value = 0, void* ptr = nullptr, float opt = 0.0f) {
-        effect->dispatcher(effect, opcode, 0, value, ptr, opt);
-    }
-
-    void* library = nullptr;
-    AEffect* effect = nullptr;
-    std::vector<float> input;
-    std::vector<std::vector<float>> outputs;
-    std::vector<float*> outputPointers;
+    LoadedPlugin loaded;
+    BlockProcessor buffers;
 };
 
 void processReplacing(benchmark::State& state, float distance, float compensation) {

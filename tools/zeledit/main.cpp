@@ -40,8 +40,8 @@ int showEditor(const EditOptions& options) {
     const std::string name = plugin.effectName();
     window.show(width, height, name + " - zeledit");
     EditReporter reporter(plugin, std::cout);
-    loaded.host().observeEdits([&reporter](VstInt32 opcode, VstInt32 index, float value) {
-        reporter.report(opcode, index, value);
+    loaded.host().observeEdits([&reporter](const EditReport& edit) {
+        reporter.report(edit.opcode, edit.index, edit.value);
     });
     if (!plugin.openEditor(window.parentHandle())) throw PluginError("the editor did not open");
     std::cerr << "zeledit: " << name << ", editor " << width << " x " << height

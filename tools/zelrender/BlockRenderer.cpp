@@ -21,9 +21,9 @@ void ParameterSchedule::addPath(const AutomationPath& path, double sampleRate,
     }
 }
 
-BlockRenderer::BlockRenderer(VstPlugin& plugin_, int blockSize_, int outputCount)
-    : plugin(plugin_), blockSize(blockSize_), input(blockSize_),
-      outputs(outputCount, std::vector<float>(blockSize_)) {}
+BlockRenderer::BlockRenderer(VstPlugin& plugin_, int blockSize_, int outputCount_)
+    : plugin(plugin_), blockSize(blockSize_), outputCount(outputCount_),
+      buffers(plugin_, 1, outputCount_, blockSize_) {}
 
 void BlockRenderer::render(MonoSource& source, AmbisonicSink& sink,
                            const ParameterSchedule& schedule, ProgressBar& progress) {
@@ -38,14 +38,13 @@ void BlockRenderer::render(MonoSource& source, AmbisonicSink& sink,
     sendDueWrites(0);
     plugin.setMains(true);
 
-    std::vector<float*> outPointers(outputs.size());
-    std::vector<const float*> blockPointers(outputs.size());
-    for (std::size_t c = 0; c < outputs.size(); ++c) blockPointers[c] = outputs[c].data();
+    std::vector<const float*> blockPointers(outputCount);
+    for (int c = 0; c < outputCount; ++c) blockPointers[c] = buffers.output(c);
 
     std::int64_t done = 0;
     for (;;) {
         if (Interruption::requested()) throw std::runtime_error("interrupted");
-        const int frames = source.read(input.data(), blockSize);
+        const int frames = source.read(buffers.input(0), blockSize);
         if (frames == 0) break;
 
         for (int offset = 0; offset < frames;) {
@@ -54,11 +53,7 @@ void BlockRenderer::render(MonoSource& source, AmbisonicSink& sink,
             if (next < changes.size() && changes[next].frame < done + frames) {
                 end = static_cast<int>(changes[next].frame - done);
             }
-            float* in = input.data() + offset;
-            for (std::size_t c = 0; c < outputs.size(); ++c) {
-                outPointers[c] = outputs[c].data() + offset;
-            }
-            plugin.processReplacing(&in, outPointers.data(), end - offset);
+            buffers.process(offset, end - offset);
             offset = end;
         }
 

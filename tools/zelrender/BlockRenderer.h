@@ -2,6 +2,7 @@
 
 #include "AudioFiles.h"
 #include "AutomationPath.h"
+#include "BlockProcessor.h"
 #include "Position.h"
 #include "ProgressBar.h"
 #include "VstPlugin.h"
@@ -43,6 +44,6 @@ public:
 private:
     VstPlugin& plugin;
     int blockSize;
-    std::vector<float> input;
-    std::vector<std::vector<float>> outputs;
+    int outputCount;
+    BlockProcessor buffers;
 };

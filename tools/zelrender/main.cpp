@@ -70,7 +70,7 @@ int showInfo(const Options& options) {
     const ParameterSchedule schedule = scheduleFor(job, rate);
     LoadedPlugin loaded(options.pluginPath.empty() ? PluginLocator::find() : options.pluginPath);
     VstPlugin& plugin = loaded.plugin();
-    plugin.requireChannels(kInputs, kAmbisonicChannels);
+    plugin.requireChannels(kInputs, kAmbisonicChannels, "zelrender");
     prepare(plugin, options, rate);
     // Show the state a render with these options starts from.
     for (const ParameterChange& change : schedule.changes()) {
@@ -89,7 +89,7 @@ int render(const Options& options) {
 
     LoadedPlugin loaded(options.pluginPath.empty() ? PluginLocator::find() : options.pluginPath);
     VstPlugin& plugin = loaded.plugin();
-    plugin.requireChannels(kInputs, kAmbisonicChannels);
+    plugin.requireChannels(kInputs, kAmbisonicChannels, "zelrender");
     prepare(plugin, options, rate);
 
     AtomicWavWriter output(options.outputPath, kAmbisonicChannels, static_cast<int>(rate),

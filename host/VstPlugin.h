@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-// A plug-in that cannot be loaded or is not what zelrender can drive.
+// A plug-in that cannot be loaded or is not what the host can drive.
 struct PluginError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -40,9 +40,9 @@ public:
     VstPlugin(const VstPlugin&) = delete;
     VstPlugin& operator=(const VstPlugin&) = delete;
 
-    // zelrender feeds one mono input and writes the ambisonic outputs: anything
-    // else is refused before a single sample is processed.
-    void requireChannels(int inputs, int outputs) const;
+    // A host that feeds a fixed channel layout refuses any other before a
+    // single sample is processed.
+    void requireChannels(int inputs, int outputs, const std::string& hostName) const;
 
     void open();
     void setSampleRate(float rate);
@@ -63,7 +63,10 @@ public:
     float getParameter(int index);
     void processReplacing(float** inputs, float** outputs, int frames);
 
+    AEffect& effect() { return *aeffect; }
     const AEffect& effect() const { return *aeffect; }
+    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
+                       void* ptr = nullptr, float opt = 0.0f);
     std::string effectName();
     std::string vendorName();
     std::string productName();
@@ -78,8 +81,6 @@ public:
     std::string outputLabel(int index);
 
 private:
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-                       void* ptr = nullptr, float opt = 0.0f);
     std::string text(VstInt32 opcode, VstInt32 index = 0);
     std::string pinLabel(VstInt32 opcode, int index);
 

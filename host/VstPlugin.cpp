@@ -72,12 +72,12 @@ VstPlugin::~VstPlugin() {
     if (aeffect != nullptr) dispatch(effClose);
 }
 
-void VstPlugin::requireChannels(int inputs, int outputs) const {
+void VstPlugin::requireChannels(int inputs, int outputs, const std::string& hostName) const {
     if (aeffect->numInputs != inputs || aeffect->numOutputs != outputs) {
         throw PluginError("the plug-in has " + std::to_string(aeffect->numInputs) + " inputs and " +
-                          std::to_string(aeffect->numOutputs) + " outputs; zelrender needs " +
-                          std::to_string(inputs) + " input and " + std::to_string(outputs) +
-                          " outputs");
+                          std::to_string(aeffect->numOutputs) + " outputs; " + hostName +
+                          " needs " + std::to_string(inputs) + " input and " +
+                          std::to_string(outputs) + " outputs");
     }
     if ((aeffect->flags & effFlagsCanReplacing) == 0 || aeffect->processReplacing == nullptr) {
         throw PluginError("the plug-in offers no processReplacing");

@@ -7,8 +7,11 @@ namespace {
 thread_local HostCallback* hostBeingLoaded = nullptr;
 
 constexpr char kVendor[] = "Zelworks";
-constexpr char kProduct[] = "zelrender";
+constexpr char kProduct[] = "Zelworks host";
 constexpr VstIntPtr kLanguageEnglish = 1;
+// Enough for everything a plug-in asks while it starts and is set up; a
+// plug-in that asks on every block must not grow the log for ever.
+constexpr std::size_t kMaxLoggedRequests = 4096;
 
 void copyText(void* ptr, const char* text) {
     if (ptr != nullptr) std::strcpy(static_cast<char*>(ptr), text);
@@ -29,24 +32,33 @@ VstIntPtr HostCallback::entry(AEffect* effect, VstInt32 opcode, VstInt32 index, 
     HostCallback* host = effect != nullptr && effect->user != nullptr
                              ? static_cast<HostCallback*>(effect->user)
                              : hostBeingLoaded;
-    if (host != nullptr) return host->answer(opcode, index, value, ptr, opt);
-    // A plug-in that calls before any host exists still learns it may run.
-    return opcode == audioMasterVersion ? kHostVstVersion : 0;
+    if (host == nullptr) return opcode == audioMasterVersion ? kHostVstVersion : 0;
+    {
+        std::lock_guard<std::mutex> lock(host->recordsMutex);
+        if (host->requestLog.size() < kMaxLoggedRequests) host->requestLog.push_back(opcode);
+        host->lastWithoutEffect = effect == nullptr;
+    }
+    return host->answer(opcode, index, value, ptr, opt);
 }
 
 VstIntPtr HostCallback::answer(VstInt32 opcode, VstInt32 index, VstIntPtr /*value*/, void* ptr,
                                float opt) {
     switch (opcode) {
     case audioMasterVersion:
-        return kHostVstVersion;
+        return versionAnswer;
     case audioMasterAutomate:
-        ++automateCount;
-        if (editObserver) editObserver(opcode, index, opt);
-        return 0;
     case audioMasterBeginEdit:
-    case audioMasterEndEdit:
-        if (editObserver) editObserver(opcode, index, 0.0f);
+    case audioMasterEndEdit: {
+        const EditReport report{opcode, index, opcode == audioMasterAutomate ? opt : 0.0f};
+        EditObserver observer;
+        {
+            std::lock_guard<std::mutex> lock(recordsMutex);
+            editLog.push_back(report);
+            observer = editObserver;
+        }
+        if (observer) observer(report);
         return 0;
+    }
     case audioMasterGetSampleRate:
         return static_cast<VstIntPtr>(sampleRate);
     case audioMasterGetBlockSize:
@@ -66,4 +78,32 @@ VstIntPtr HostCallback::answer(VstInt32 opcode, VstInt32 index, VstIntPtr /*valu
     default:
         return 0;
     }
+}
+
+std::vector<VstInt32> HostCallback::requests() const {
+    std::lock_guard<std::mutex> lock(recordsMutex);
+    return requestLog;
+}
+
+std::vector<EditReport> HostCallback::edits() const {
+    std::lock_guard<std::mutex> lock(recordsMutex);
+    return editLog;
+}
+
+std::vector<EditReport> HostCallback::editsOf(VstInt32 opcode) const {
+    std::vector<EditReport> selected;
+    for (const EditReport& report : edits())
+        if (report.opcode == opcode) selected.push_back(report);
+    return selected;
+}
+
+void HostCallback::clearRecords() {
+    std::lock_guard<std::mutex> lock(recordsMutex);
+    requestLog.clear();
+    editLog.clear();
+}
+
+void HostCallback::observeEdits(EditObserver observer) {
+    std::lock_guard<std::mutex> lock(recordsMutex);
+    editObserver = std::move(observer);
 }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// Where zelrender looks for the encoder plug-in when no --plugin is given:
+// Where the tools look for the encoder plug-in when none is named:
 // beside the executable (an installed pair), in the build tree it was built
 // in, then in the user's VST folder, where hosts look for it too.
 class PluginLocator {
