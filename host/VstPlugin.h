@@ -95,6 +95,7 @@ public:
     explicit LoadedPlugin(const std::string& path);
     VstPlugin& plugin() { return *instance; }
     HostCallback& host() { return callback; }
+    const HostCallback& host() const { return callback; }
 
 private:
     VstLibrary library;

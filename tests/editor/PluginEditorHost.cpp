@@ -4,24 +4,11 @@
 #include <cairo.h>
 #include <cmath>
 #include <cstring>
-#include <dlfcn.h>
 #include <stdexcept>
 
 namespace editortest {
 
 namespace {
-
-using PluginEntry = AEffect* (*)(audioMasterCallback);
-
-PluginEntry pluginEntry() {
-    static void* const module = dlopen(ZEL_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
-    if (module == nullptr) throw std::runtime_error(dlerror());
-    void* symbol = dlsym(module, "VSTPluginMain");
-    if (symbol == nullptr) throw std::runtime_error("the module exports no VSTPluginMain");
-    PluginEntry entry;
-    std::memcpy(&entry, &symbol, sizeof entry);
-    return entry;
-}
 
 // Rows of the background above the first control (the displays start at 75).
 constexpr int kHeaderRows = 70;
@@ -56,66 +43,15 @@ void copyRows(unsigned char* to, int toStride, const unsigned char* from, int fr
 
 } // namespace
 
-HostedEditorPlugin::HostedEditorPlugin() : fx(pluginEntry()(callback)) {
-    if (fx == nullptr) throw std::runtime_error("VSTPluginMain gave no effect");
-    fx->user = this;
-    dispatch(effOpen);
-    dispatch(effSetSampleRate, 0, 0, nullptr, 48000.0f);
-    dispatch(effSetBlockSize, 0, 512);
-    dispatch(effMainsChanged, 0, 1);
+HostedEditorPlugin::HostedEditorPlugin() : loaded(ZEL_PLUGIN_PATH), plugin(loaded.plugin()) {
+    plugin.open();
+    plugin.setSampleRate(48000.0f);
+    plugin.setBlockSize(512);
+    plugin.setMains(true);
 }
 
 HostedEditorPlugin::~HostedEditorPlugin() {
-    dispatch(effMainsChanged, 0, 0);
-    dispatch(effClose);
-}
-
-VstIntPtr HostedEditorPlugin::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                                       float opt) {
-    return fx->dispatcher(fx, opcode, index, value, ptr, opt);
-}
-
-std::string HostedEditorPlugin::display(VstInt32 index) {
-    char text[256] = {};
-    dispatch(effGetParamDisplay, index, 0, text);
-    text[sizeof text - 1] = '\0';
-    return text;
-}
-
-std::pair<int, int> HostedEditorPlugin::editorSize() {
-    ERect* rect = nullptr;
-    if (dispatch(effEditGetRect, 0, 0, &rect) == 0 || rect == nullptr) return {0, 0};
-    return {rect->right - rect->left, rect->bottom - rect->top};
-}
-
-std::vector<EditReport> HostedEditorPlugin::reports() const {
-    std::lock_guard<std::mutex> lock(reportsMutex);
-    return log;
-}
-
-std::vector<EditReport> HostedEditorPlugin::reportsOf(VstInt32 opcode) const {
-    std::vector<EditReport> all = reports();
-    all.erase(std::remove_if(all.begin(), all.end(),
-                             [opcode](const EditReport& r) { return r.opcode != opcode; }),
-              all.end());
-    return all;
-}
-
-void HostedEditorPlugin::clearReports() {
-    std::lock_guard<std::mutex> lock(reportsMutex);
-    log.clear();
-}
-
-VstIntPtr HostedEditorPlugin::callback(AEffect* effect, VstInt32 opcode, VstInt32 index,
-                                       VstIntPtr /*value*/, void* /*ptr*/, float opt) {
-    if (opcode == audioMasterVersion) return 2400;
-    auto* host = effect != nullptr ? static_cast<HostedEditorPlugin*>(effect->user) : nullptr;
-    if (host == nullptr || (opcode != audioMasterAutomate && opcode != audioMasterBeginEdit &&
-                            opcode != audioMasterEndEdit))
-        return 0;
-    std::lock_guard<std::mutex> lock(host->reportsMutex);
-    host->log.push_back({opcode, index, opcode == audioMasterAutomate ? opt : 0.0f});
-    return opcode == audioMasterAutomate ? 0 : 1;
+    plugin.setMains(false);
 }
 
 PluginEditorSession::PluginEditorSession(XClient& client, int x, int y)

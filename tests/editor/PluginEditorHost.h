@@ -1,19 +1,15 @@
 #pragma once
 
-// A test host for the built plug-in module: loads it with dlopen, talks to it
-// only through the AEffect record, and records what each instance reports
-// back (automation and edit gestures). Like a DAW, it may set parameters from
-// one thread while another idles the editor, so the records are locked.
-// A session opens the editor into a parent window the way a Linux host shows
-// it: effEditGetRect, a parent of that size, effEditOpen with the parent's
-// XID, then effEditIdle to pump; the editor's state is read back from its
-// pixels, as a user sees it.
+// The built plug-in module in the shared host, switched on as a DAW has it,
+// with what it reports back (automation and edit gestures). A session opens the editor into a
+// parent window the way a Linux host shows it: effEditGetRect, a parent of that size, effEditOpen
+// with the parent's XID, then effEditIdle to pump; the editor's state is read back from its pixels,
+// as a user sees it.
 
+#include "VstPlugin.h"
 #include "XTestSupport.h"
-#include "aeffectx.h"
 
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,47 +37,33 @@ constexpr int kNfcDisplayRight = 82;
 constexpr int kNfcDisplayBottom = 197;
 } // namespace layout
 
-// One report from the plug-in: audioMasterAutomate carries a value,
-// audioMasterBeginEdit and audioMasterEndEdit only the index.
-struct EditReport {
-    VstInt32 opcode;
-    VstInt32 index;
-    float value;
-    bool operator==(const EditReport& other) const {
-        return opcode == other.opcode && index == other.index &&
-               (opcode != audioMasterAutomate || value == other.value);
-    }
-};
-
 class HostedEditorPlugin {
 public:
-    // Loads the module on first use (never unloaded, as hosts keep it while
-    // any instance lives), creates an instance, opens it and switches it on.
+    // An instance of the built module, opened and switched on; switched off
+    // and closed at the end.
     HostedEditorPlugin();
-    // Closes a still-open editor, switches off and closes the instance.
     ~HostedEditorPlugin();
     HostedEditorPlugin(const HostedEditorPlugin&) = delete;
     HostedEditorPlugin& operator=(const HostedEditorPlugin&) = delete;
 
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-                       void* ptr = nullptr, float opt = 0.0f);
-    void setParameter(VstInt32 index, float value) { fx->setParameter(fx, index, value); }
-    float getParameter(VstInt32 index) { return fx->getParameter(fx, index); }
-    std::string display(VstInt32 index);
-    // effEditGetRect's width and height; 0 x 0 if the plug-in gives none.
-    std::pair<int, int> editorSize();
+                       void* ptr = nullptr, float opt = 0.0f) {
+        return plugin.dispatch(opcode, index, value, ptr, opt);
+    }
+    void setParameter(VstInt32 index, float value) { plugin.setParameter(index, value); }
+    float getParameter(VstInt32 index) { return plugin.getParameter(index); }
+    std::string display(VstInt32 index) { return plugin.parameterDisplay(index); }
+    std::pair<int, int> editorSize() { return plugin.editorSize(); }
 
-    std::vector<EditReport> reports() const;
-    std::vector<EditReport> reportsOf(VstInt32 opcode) const;
-    void clearReports();
+    std::vector<EditReport> reports() const { return loaded.host().edits(); }
+    std::vector<EditReport> reportsOf(VstInt32 opcode) const {
+        return loaded.host().editsOf(opcode);
+    }
+    void clearReports() { loaded.host().clearRecords(); }
 
 private:
-    static VstIntPtr callback(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value,
-                              void* ptr, float opt);
-
-    AEffect* fx = nullptr;
-    mutable std::mutex reportsMutex;
-    std::vector<EditReport> log;
+    LoadedPlugin loaded;
+    VstPlugin& plugin;
 };
 
 struct Spot {

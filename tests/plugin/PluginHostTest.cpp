@@ -1,16 +1,15 @@
 // The module as a host sees it: loaded with dlopen, reached only through
 // VSTPluginMain and the AEffect record, and driven in the buffer and block
 // patterns that Linux hosts use.
-#include "aeffectx.h"
+#include "BlockProcessor.h"
+#include "VstPlugin.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -21,51 +20,22 @@ enum { kAzim, kElev, kX, kY, kZ, kDist, kNFC };
 constexpr int kOutputs = 16;
 constexpr int kMaxBlock = 1024;
 
-// The host side: records the opcode of every callback and answers
-// audioMasterVersion with versionAnswer, everything else with 0.
-std::vector<VstInt32> hostCalls;
-VstIntPtr versionAnswer = 2400;
-bool lastCallHadNoEffect = false;
-
-VstIntPtr hostCallback(AEffect* effect, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
-    hostCalls.push_back(opcode);
-    lastCallHadNoEffect = effect == nullptr;
-    return opcode == audioMasterVersion ? versionAnswer : 0;
-}
-
-using PluginEntry = AEffect* (*)(audioMasterCallback);
-// VSTPluginMain of the built module, loaded once and never closed, as hosts
-// keep a module loaded while any instance lives.
-PluginEntry pluginEntry() {
-    static void* const module = dlopen(ZEL_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
-    if (module == nullptr) throw std::runtime_error(dlerror());
-    auto entry = reinterpret_cast<PluginEntry>(dlsym(module, "VSTPluginMain"));
-    if (entry == nullptr) throw std::runtime_error("no VSTPluginMain");
-    return entry;
-}
-
 // Fill byte of every buffer handed to the plug-in, so that a buffer still
 // full of it provably received no write.
 constexpr char kSentinel = '\xA5';
 const std::string kUntouched = "<untouched>";
 
-// One instance, opened, and switched off and closed on destruction.
+// One instance of the built module, opened; switched off and closed at the end.
 class HostedPlugin {
 public:
-    HostedPlugin() : fx(pluginEntry()(hostCallback)) {
-        if (fx == nullptr) throw std::runtime_error("VSTPluginMain gave no effect");
-        dispatch(effOpen);
+    HostedPlugin() : loaded(ZEL_PLUGIN_PATH), plugin(loaded.plugin()), fx(&plugin.effect()) {
+        plugin.open();
     }
-    ~HostedPlugin() {
-        dispatch(effMainsChanged, 0, 0);
-        dispatch(effClose);
-    }
-    HostedPlugin(const HostedPlugin&) = delete;
-    HostedPlugin& operator=(const HostedPlugin&) = delete;
+    ~HostedPlugin() { plugin.setMains(false); }
 
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
                        void* ptr = nullptr, float opt = 0.0f) {
-        return fx->dispatcher(fx, opcode, index, value, ptr, opt);
+        return plugin.dispatch(opcode, index, value, ptr, opt);
     }
     // The text a text opcode writes into a sentinel-filled 256-byte buffer.
     std::string text(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0) {
@@ -79,30 +49,32 @@ public:
         return std::string(static_cast<const char*>(buffer), static_cast<const char*>(end));
     }
     std::string display(VstInt32 index) { return text(effGetParamDisplay, index); }
-    void setParameter(VstInt32 index, float value) { fx->setParameter(fx, index, value); }
-    float getParameter(VstInt32 index) { return fx->getParameter(fx, index); }
-    void process(float** inputs, float** outputs, VstInt32 frames) {
-        fx->processReplacing(fx, inputs, outputs, frames);
-    }
+    void setParameter(VstInt32 index, float value) { plugin.setParameter(index, value); }
+    float getParameter(VstInt32 index) { return plugin.getParameter(index); }
 
+    LoadedPlugin loaded;
+    VstPlugin& plugin;
     AEffect* const fx;
 };
 
 TEST(PluginEntry, AsksTheHostOnlyForItsVersionAndRefusesOneThatHasNone) {
-    hostCalls.clear();
-    versionAnswer = 0;
-    AEffect* refused = pluginEntry()(hostCallback);
-    versionAnswer = 2400;
+    VstLibrary library(ZEL_PLUGIN_PATH);
+    HostCallback host;
+    host.setVersionAnswer(0);
+    AEffect* refused = nullptr;
+    {
+        HostCallback::LoadingScope loading(host);
+        refused = library.entryPoint()(&HostCallback::entry);
+    }
     EXPECT_EQ(refused, nullptr);
-    EXPECT_EQ(hostCalls, std::vector<VstInt32>{audioMasterVersion}); // nothing built to call again
-    EXPECT_TRUE(lastCallHadNoEffect);
-    EXPECT_EQ(pluginEntry()(nullptr), nullptr);
+    EXPECT_EQ(host.requests(), std::vector<VstInt32>{audioMasterVersion}); // nothing to call again
+    EXPECT_TRUE(host.lastRequestHadNoEffect());
+    EXPECT_EQ(library.entryPoint()(nullptr), nullptr);
 
     // Neither construction nor switching on asks for MIDI or anything else.
-    hostCalls.clear();
     HostedPlugin plugin;
-    plugin.dispatch(effMainsChanged, 0, 1);
-    EXPECT_EQ(hostCalls, std::vector<VstInt32>{audioMasterVersion});
+    plugin.plugin.setMains(true);
+    EXPECT_EQ(plugin.loaded.host().requests(), std::vector<VstInt32>{audioMasterVersion});
 }
 
 TEST(PluginIdentity, EffectRecordNamesAndAnswers) {
@@ -291,12 +263,12 @@ std::vector<float> testSignal(int frames) {
 // A source close by with compensation on, so that the near-field filters
 // run; the sample rates are sent in turn.
 void startNearSource(HostedPlugin& plugin, const std::vector<float>& rates = {48000.0f}) {
-    for (float rate : rates) plugin.dispatch(effSetSampleRate, 0, 0, nullptr, rate);
-    plugin.dispatch(effSetBlockSize, 0, kMaxBlock);
+    for (float rate : rates) plugin.plugin.setSampleRate(rate);
+    plugin.plugin.setBlockSize(kMaxBlock);
     for (auto [index, value] :
          {std::pair{kAzim, 0.13f}, {kElev, 0.62f}, {kDist, 0.7f}, {kNFC, 0.2f}})
         plugin.setParameter(index, value);
-    plugin.dispatch(effMainsChanged, 0, 1);
+    plugin.plugin.setMains(true);
 }
 
 using Channels = std::vector<std::vector<float>>;
@@ -318,37 +290,33 @@ Channels run(const std::vector<float>& signal, const std::vector<HostEvent>& eve
              bool ardourLayout = false) {
     HostedPlugin plugin;
     startNearSource(plugin, rates);
-    Channels out(kOutputs, std::vector<float>(signal.size()));
-    std::vector<float> scratch(kMaxBlock);
+    const int frames = static_cast<int>(signal.size());
+    BlockProcessor buffers(plugin.plugin, 1, kOutputs, frames);
+    std::copy(signal.begin(), signal.end(), buffers.input(0));
+    if (ardourLayout) {
+        buffers.setInPlace(true);
+        buffers.setUnconnected({4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15});
+    }
     for (const HostEvent& e : events) bounds.push_back(e.frame);
-    bounds.push_back(static_cast<int>(signal.size()));
+    bounds.push_back(frames);
     std::sort(bounds.begin(), bounds.end());
     int pos = 0;
-    auto process = [&](int frames) {
-        float* in[1] = {const_cast<float*>(signal.data()) + pos};
-        float* outs[kOutputs];
-        for (int c = 0; c < kOutputs; ++c) outs[c] = out[c].data() + pos;
-        if (ardourLayout) {
-            std::copy_n(in[0], frames, outs[0]);
-            in[0] = outs[0];
-            for (int c = 4; c < kOutputs; ++c) outs[c] = c == 9 ? outs[c] : scratch.data();
-        }
-        plugin.process(in, outs, frames);
-        pos += frames;
-    };
     for (int bound : bounds) {
         for (const HostEvent& e : events) {
             if (e.frame != pos) continue;
             if (e.index >= 0) {
                 plugin.setParameter(e.index, e.value);
             } else {
-                plugin.dispatch(effMainsChanged, 0, 0);
-                plugin.dispatch(effMainsChanged, 0, 1);
+                plugin.plugin.setMains(false);
+                plugin.plugin.setMains(true);
             }
         }
-        while (pos < bound) process(std::min(bound - pos, kMaxBlock));
-        process(0);
+        for (int n; pos < bound; pos += n)
+            buffers.process(pos, n = std::min(bound - pos, kMaxBlock));
+        buffers.process(pos, 0);
     }
+    Channels out;
+    for (int c = 0; c < kOutputs; ++c) out.push_back(buffers.outputChannel(c));
     return out;
 }
 
@@ -422,7 +390,7 @@ TEST(PluginAudio, WritesExactlyTheFramesAskedForAndNothingElse) {
         EXPECT_EQ(input, signal);
     };
     for (int n : {0, 1, 2, 3, 17, 64, 255, 511, 1000, 1023, 1024}) {
-        plugin.process(in, outs, n);
+        plugin.plugin.processReplacing(in, outs, n);
         expectWritten(n);
     }
     AEffect* fx = plugin.fx;
