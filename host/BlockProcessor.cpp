@@ -17,9 +17,9 @@ void BlockProcessor::process(int offset, int count) {
     for (std::size_t c = 0; c < outputs.size(); ++c)
         outputPointers[c] = (unconnected[c] ? scratch.data() : outputs[c].data()) + offset;
     for (std::size_t c = 0; c < inputs.size(); ++c) inputPointers[c] = inputs[c].data() + offset;
-    if (inputInOutput0 && !inputs.empty() && !outputs.empty()) {
-        std::copy_n(inputPointers[0], count, outputPointers[0]);
-        inputPointers[0] = outputPointers[0];
+    if (inputOutput >= 0 && !inputs.empty()) {
+        std::copy_n(inputPointers[0], count, outputPointers[inputOutput]);
+        inputPointers[0] = outputPointers[inputOutput];
     }
     plugin.processReplacing(inputPointers.data(), outputPointers.data(), count);
 }

@@ -6,7 +6,7 @@
 
 // The audio buffers a host hands a plug-in, and processReplacing over any
 // stretch of them. Separate buffers by default; hosts may also work in place
-// (the input handed over in output 0's buffer) and let every unconnected
+// (the input handed over in one output's buffer) and let every unconnected
 // output write into one shared scratch buffer, and a plug-in must give the
 // connected outputs exactly the same samples either way.
 class BlockProcessor {
@@ -18,7 +18,8 @@ public:
     const std::vector<float>& outputChannel(int channel) const { return outputs[channel]; }
     int frames() const { return length; }
 
-    void setInPlace(bool inPlace) { inputInOutput0 = inPlace; }
+    // The input goes in through this output's buffer; -1: a buffer of its own.
+    void setInputInOutput(int channel) { inputOutput = channel; }
     // Outputs listed here all write into one scratch buffer.
     void setUnconnected(const std::vector<int>& channels);
 
@@ -28,7 +29,7 @@ public:
 private:
     VstPlugin& plugin;
     int length;
-    bool inputInOutput0 = false;
+    int inputOutput = -1;
     std::vector<bool> unconnected;
     std::vector<std::vector<float>> inputs;
     std::vector<std::vector<float>> outputs;

@@ -1,7 +1,6 @@
 #pragma once
 
-// Doubles shared by the editor toolkit tests: a drawing context that records
-// what views draw, a listener and an editor interface that log the calls
+// Doubles for the editor toolkit tests: a listener and an editor interface that log the calls
 // they receive, a view that reports its own destruction, and a frame that
 // holds them.
 
@@ -12,32 +11,6 @@
 #include <vector>
 
 namespace editortest {
-
-struct BitmapDraw {
-    CBitmap* bitmap;
-    CRect dest;
-    CPoint offset;
-    CPoint contextOffset;
-};
-
-class RecordingContext : public CDrawContext {
-public:
-    void drawBitmap(CBitmap& bitmap, const CRect& dest, const CPoint& srcOffset,
-                    float /*alpha*/) override {
-        bitmaps.push_back({&bitmap, dest, srcOffset, getOffset()});
-    }
-    void drawString(const char* string, const CRect& /*rect*/, const short /*opaque*/,
-                    const CHoriTxtAlign /*align*/) override {
-        strings.emplace_back(string);
-    }
-    void drawRect(const CRect& rect, const CDrawStyle style) override {
-        if (style != kDrawStroked) fills.push_back(rect);
-    }
-
-    std::vector<BitmapDraw> bitmaps;
-    std::vector<std::string> strings;
-    std::vector<CRect> fills;
-};
 
 // Logs every call as text, in order, shared with a RecordingEditor.
 using CallLog = std::vector<std::string>;

@@ -283,20 +283,22 @@ struct HostEvent {
 
 // The signal through a new instance, with blocks cut at every event and at
 // every `bounds` position, never longer than a host block, and an empty block
-// after each cut. In Ardour's layout the input lives in output 0's buffer,
-// and the outputs left unconnected (4-15 but 9) share one scratch buffer.
+// after each cut. The input may live in an output's buffer, and the outputs
+// left unconnected share one scratch buffer, as in Ardour.
+struct Layout {
+    int inputOutput = -1;
+    std::vector<int> unconnected;
+};
 Channels run(const std::vector<float>& signal, const std::vector<HostEvent>& events,
              std::vector<int> bounds, const std::vector<float>& rates = {48000.0f},
-             bool ardourLayout = false) {
+             const Layout& layout = {}) {
     HostedPlugin plugin;
     startNearSource(plugin, rates);
     const int frames = static_cast<int>(signal.size());
     BlockProcessor buffers(plugin.plugin, 1, kOutputs, frames);
     std::copy(signal.begin(), signal.end(), buffers.input(0));
-    if (ardourLayout) {
-        buffers.setInPlace(true);
-        buffers.setUnconnected({4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15});
-    }
+    buffers.setInputInOutput(layout.inputOutput);
+    buffers.setUnconnected(layout.unconnected);
     for (const HostEvent& e : events) bounds.push_back(e.frame);
     bounds.push_back(frames);
     std::sort(bounds.begin(), bounds.end());
@@ -322,9 +324,11 @@ Channels run(const std::vector<float>& signal, const std::vector<HostEvent>& eve
 
 TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
     const std::vector<float> signal = testSignal(6000);
-    const std::vector<HostEvent> events = {{700, kAzim, 0.4f}, {1500, kDist, 0.9f},
-                                           {2100, -1, 0.0f},   {2900, kX, 0.2f},
-                                           {3500, kNFC, 1.0f}, {4200, kElev, 0.1f}};
+    // Near source, then at 4 m with compensation on (the far path), then
+    // compensation off; a switch-off and -on between.
+    const std::vector<HostEvent> events = {
+        {700, kAzim, 0.4f},  {1500, kDist, 0.9f}, {2100, -1, 0.0f},   {2900, kX, 0.2f},
+        {3200, kDist, 0.0f}, {3500, kNFC, 1.0f},  {4200, kElev, 0.1f}};
     const Channels reference = run(signal, events, {});
     std::vector<int> cuts;
     for (int pos = 0, n = 0; pos < 6000; pos += n, ++n) cuts.push_back(pos); // 0, 1, 2, ... frames
@@ -362,11 +366,25 @@ TEST(PluginAudio, SampleRatesThatAreNoRatesAreIgnored) {
     EXPECT_NE(run(signal, nearer, {}, {96000.0f})[1], at48k[1]);
 }
 
+// In place: the input in output 0's buffer (as Ardour passes it) or in one
+// written later (9), and the unconnected outputs sharing one scratch buffer.
 TEST(PluginAudio, InPlaceInputAndSharedScratchLeaveConnectedOutputsExact) {
     const std::vector<float> signal = testSignal(5000);
-    const Channels reference = run(signal, {{2500, kNFC, 0.6f}}, {});
-    const Channels ardour = run(signal, {{2500, kNFC, 0.6f}}, {}, {48000.0f}, true);
-    for (int c : {0, 1, 2, 3, 9}) EXPECT_EQ(ardour[c], reference[c]) << "channel " << c;
+    const std::vector<HostEvent> events = {{2500, kNFC, 0.6f}};
+    const Channels reference = run(signal, events, {});
+    const Layout ardour = {0, {4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15}};
+    const Layout late = {9, {0, 1, 2, 3, 4, 5, 6, 7, 8}};
+    for (const Layout& layout : {ardour, late}) {
+        const Channels shared = run(signal, events, {}, {48000.0f}, layout);
+        for (int c = 0; c < kOutputs; ++c) {
+            const bool connected =
+                std::count(layout.unconnected.begin(), layout.unconnected.end(), c) == 0;
+            if (connected) {
+                EXPECT_EQ(shared[c], reference[c])
+                    << "input in " << layout.inputOutput << ", " << c;
+            }
+        }
+    }
 }
 
 // Exactly the frames asked for, 0 to 1024, and never the input; nothing at
