@@ -164,48 +164,4 @@ TEST_F(EndlessKnobTest, TrackingLoopFollowsTheMouseEndlesslyUntilRelease) {
     EXPECT_EQ(framing, expected);
 }
 
-TEST_F(EndlessKnobTest, TrackingLoopInLinearModeAndWithAlt) {
-    editor.knobMode = kLinearMode;
-    knob->setValue(0.5f);
-    script({CPoint(20, 0), CPoint(30, 0)});
-    track(kCentre, kLButton);
-    EXPECT_NEAR(knob->getValue(), 0.65f, 2e-6);
-    // Alt swaps to circular: the value follows the mouse angle.
-    script({kNearEnd});
-    track(kLowerLeft, kLButton | kAlt);
-    EXPECT_NEAR(knob->getValue(), clockwiseFraction(kNearEnd), 1e-5);
-}
-
-TEST_F(EndlessKnobTest, TrackingLoopLeavesModifiedClicksToListenerAndReset) {
-    knob->setValue(0.2f);
-    listener.consumeModifierClicks = true;
-    track(kNearEnd, kLButton | kShift);
-    EXPECT_EQ(log, EventLog{"modifier"});
-    EXPECT_FLOAT_EQ(knob->getValue(), 0.2f);
-
-    listener.consumeModifierClicks = false;
-    log.clear();
-    track(kNearEnd, kLButton | kControl);
-    EXPECT_FLOAT_EQ(knob->getValue(), knob->getDefaultValue());
-    // One begin/end pair, none around the reset.
-    const EventLog expected{"modifier", "listener begin", "host begin 5",
-                            "changed",  "host end 5",     "listener end"};
-    EXPECT_EQ(log, expected);
-    EXPECT_EQ(mouse.polls, 0);
-}
-
-TEST_F(EndlessKnobTest, TrackingLoopNeedsTheLeftButtonAndAMouse) {
-    knob->setValue(0.2f);
-    track(kNearEnd, -1); // polled: nothing held
-    EXPECT_EQ(mouse.polls, 1);
-    track(kNearEnd, kRButton);
-    knob->setMouseEnabled(false);
-    track(kNearEnd, kLButton);
-    knob->setMouseEnabled(true);
-    CPoint where(kNearEnd.x + 100, kNearEnd.y + 100);
-    knob->mouse(nullptr, where, kLButton);
-    EXPECT_TRUE(log.empty());
-    EXPECT_FLOAT_EQ(knob->getValue(), 0.2f);
-}
-
 } // namespace

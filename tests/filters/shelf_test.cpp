@@ -69,36 +69,6 @@ TEST(TarnShelf, GainsAtDcNyquistAndTransitionOverAGrid) {
     std::printf("shelf: worst relative gain error %.3g\n", worst);
 }
 
-TEST(TarnShelf, WorkedExampleAt48kHz) {
-    tarnshelf shelf;
-    shelf.init(48000.0f, 1000.0f, 2.0f, 1.0f);
-    EXPECT_NEAR(shelf.getcoef(0), -0.83034, 5e-6);
-    EXPECT_NEAR(shelf.getcoef(1), -0.91141, 5e-6);
-    EXPECT_NEAR(shelf.getcoef(2), 1.04429, 5e-6);
-    EXPECT_NEAR(gainAt(shelf, 0.0, 48000.0), 2.0, 1e-5);
-    EXPECT_NEAR(gainAt(shelf, 24000.0, 48000.0), 1.0, 1e-5);
-    EXPECT_NEAR(gainAt(shelf, 1000.0, 48000.0), std::sqrt(2.0), 1e-5);
-}
-
-TEST(TarnShelf, EqualGainsGiveAFlatResponse) {
-    for (float g : {0.5f, 1.0f, 3.0f}) {
-        tarnshelf shelf;
-        shelf.init(44100.0f, 2500.0f, g, g);
-        EXPECT_EQ(shelf.getcoef(0), shelf.getcoef(1));
-        EXPECT_EQ(shelf.getcoef(2), g);
-        for (double hz : {0.0, 100.0, 2500.0, 15000.0, 22050.0})
-            EXPECT_NEAR(gainAt(shelf, hz, 44100.0), g, 1e-5 * g) << hz << " Hz";
-    }
-}
-
-TEST(TarnShelf, SwappingTheGainsSwapsZeroAndPole) {
-    tarnshelf up, down;
-    up.init(96000.0f, 440.0f, 0.5f, 4.0f);
-    down.init(96000.0f, 440.0f, 4.0f, 0.5f);
-    EXPECT_FLOAT_EQ(up.getcoef(0), down.getcoef(1));
-    EXPECT_FLOAT_EQ(up.getcoef(1), down.getcoef(0));
-}
-
 // Inputs (found by search) that put c - t or c + t exactly at the guard's
 // threshold or one float below it; the guard is strict, so only "below" trips.
 class ShelfGuard : public testing::Test {
@@ -131,26 +101,6 @@ TEST_F(ShelfGuard, ZeroCoefficientAtAndJustBelowTheThreshold) {
     EXPECT_EQ(guarded.getcoef(0), 0.0f);
     EXPECT_NE(guarded.getcoef(1), 0.0f);
     // The hard switch is visible: DC is still right, Nyquist no longer is.
-    EXPECT_NEAR(gainAt(guarded, 0.0, kFs), gBelow, 1e-5);
-    EXPECT_GT(std::fabs(gainAt(guarded, kFs / 2.0, kFs) - 1.0), 5e-4);
-}
-
-TEST_F(ShelfGuard, ZeroPoleAtAndJustBelowTheThreshold) {
-    const float below = std::nextafter(kThreshold, 0.0f);
-
-    const float fAt = 11977.7217f, gAt = 0.996174991f;
-    ASSERT_EQ(c(fAt) + t(gAt, 1.0f), kThreshold);
-    tarnshelf at;
-    at.init(kFs, fAt, gAt, 1.0f);
-    EXPECT_NE(at.getcoef(1), 0.0f);
-    EXPECT_NEAR(gainAt(at, kFs / 2.0, kFs), 1.0, 1e-4);
-
-    const float fBelow = 11962.5352f, gBelow = 0.99222219f;
-    ASSERT_EQ(c(fBelow) + t(gBelow, 1.0f), below);
-    tarnshelf guarded;
-    guarded.init(kFs, fBelow, gBelow, 1.0f);
-    EXPECT_EQ(guarded.getcoef(1), 0.0f);
-    EXPECT_NE(guarded.getcoef(0), 0.0f);
     EXPECT_NEAR(gainAt(guarded, 0.0, kFs), gBelow, 1e-5);
     EXPECT_GT(std::fabs(gainAt(guarded, kFs / 2.0, kFs) - 1.0), 5e-4);
 }
