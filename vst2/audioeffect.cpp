@@ -216,11 +216,3 @@ bool AudioEffect::endEdit(VstInt32 index) {
 void AudioEffect::float2string(float value, char* text, VstInt32 maxLen) {
     vsttext::formatFloat(value, text, maxLen);
 }
-
-void AudioEffect::int2string(VstInt32 value, char* text, VstInt32 maxLen) {
-    vsttext::formatInt(value, text, maxLen);
-}
-
-void AudioEffect::dB2string(float value, char* text, VstInt32 maxLen) {
-    vsttext::formatDecibels(value, text, maxLen);
-}

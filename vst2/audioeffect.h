@@ -90,8 +90,6 @@ public:
     // part, a point and truncated fraction digits, eight characters in all
     // (a minus sign and the point included), then keeps the first maxLen.
     virtual void float2string(float value, char* text, VstInt32 maxLen);
-    virtual void int2string(VstInt32 value, char* text, VstInt32 maxLen);
-    virtual void dB2string(float value, char* text, VstInt32 maxLen);
 
 protected:
     audioMasterCallback audioMaster;

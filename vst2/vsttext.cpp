@@ -52,22 +52,4 @@ void formatFloat(float value, char* text, VstInt32 maxLen) {
     copy(text, full, clampedLength(maxLen));
 }
 
-void formatInt(VstInt32 value, char* text, VstInt32 maxLen) {
-    if (text == nullptr) return;
-    char full[32];
-    const int length = std::snprintf(full, sizeof full, "%d", static_cast<int>(value));
-    if (length > static_cast<int>(kNumberWidth))
-        copy(full, value < 0 ? "-Huge!" : "Huge!", kNumberWidth);
-    copy(text, full, clampedLength(maxLen));
-}
-
-void formatDecibels(float value, char* text, VstInt32 maxLen) {
-    if (text == nullptr) return;
-    if (value <= 0.0f) {
-        copy(text, "-oo", clampedLength(maxLen));
-        return;
-    }
-    formatFloat(static_cast<float>(20.0 * std::log10(static_cast<double>(value))), text, maxLen);
-}
-
 } // namespace vsttext

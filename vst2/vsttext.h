@@ -19,10 +19,4 @@ std::size_t copy(char* dst, const char* src, std::size_t maxChars);
 // that cannot show its integer part reads "Huge!" or "-Huge!", a NaN "nan".
 void formatFloat(float value, char* text, VstInt32 maxLen);
 
-// Decimal integer, "Huge!"/"-Huge!" beyond eight characters, first maxLen kept.
-void formatInt(VstInt32 value, char* text, VstInt32 maxLen);
-
-// 20 log10 of a linear gain through formatFloat; "-oo" for zero or less.
-void formatDecibels(float value, char* text, VstInt32 maxLen);
-
 } // namespace vsttext

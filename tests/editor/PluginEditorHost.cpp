@@ -181,20 +181,6 @@ int differingPixels(const WindowImage& a, const WindowImage& b, int left, int to
     return count;
 }
 
-bool writePng(const WindowImage& image, const std::string& path) {
-    if (image.pixels.empty()) return false;
-    cairo_surface_t* surface =
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, image.width, image.height);
-    cairo_surface_flush(surface);
-    copyRows(cairo_image_surface_get_data(surface), cairo_image_surface_get_stride(surface),
-             reinterpret_cast<const unsigned char*>(image.pixels.data()), image.width * 4,
-             image.width * 4, image.height);
-    cairo_surface_mark_dirty(surface);
-    const bool written = cairo_surface_write_to_png(surface, path.c_str()) == CAIRO_STATUS_SUCCESS;
-    cairo_surface_destroy(surface);
-    return written;
-}
-
 WindowImage readPng(const std::string& path) {
     WindowImage image;
     cairo_surface_t* surface = cairo_image_surface_create_from_png(path.c_str());

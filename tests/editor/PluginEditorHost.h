@@ -122,7 +122,6 @@ Spot expectedHandleCentre(float xParameter, float yParameter);
 // How many pixels of a rectangle differ between two images of one window.
 int differingPixels(const WindowImage& a, const WindowImage& b, int left, int top, int right,
                     int bottom);
-bool writePng(const WindowImage& image, const std::string& path);
 // An opaque PNG as 0xRRGGBB pixels; empty if unreadable.
 WindowImage readPng(const std::string& path);
 

@@ -98,19 +98,8 @@ TEST_F(PluginEditorX, OpensAtTheReportedSizeWithTheHandleWhereTheHostPutsTheSour
     EXPECT_NEAR(left->x - front->x, -quarter, 1.5);
     EXPECT_NEAR(left->y - front->y, quarter, 1.5);
 
-    // The screenshot: the source front left and compensation on.
     plugin.setParameter(kNFC, kCompensationOneMetre);
-    placeSource(plugin, 40.0f / 360.0f, 0.3f); // 40 degrees left of front, 2.8 m
-    ASSERT_TRUE(editor.waitForHandleAtParameters(handle));
     EXPECT_EQ(plugin.display(kNFC), "1.00");
-    EXPECT_EQ(plugin.display(kAzim), "40");
-    const WindowImage shot = editor.snapshot();
-    ASSERT_TRUE(writePng(shot, ZEL_SCREENSHOT_PATH));
-    // The file holds exactly what the window showed.
-    const WindowImage reread = readPng(ZEL_SCREENSHOT_PATH);
-    ASSERT_EQ(reread.width, layout::kWidth);
-    ASSERT_EQ(reread.height, layout::kHeight);
-    EXPECT_EQ(differingPixels(shot, reread, 0, 0, layout::kWidth, layout::kHeight), 0);
     // Host automation is no user edit: nothing is reported back.
     EXPECT_TRUE(plugin.reports().empty());
 }

@@ -1,13 +1,14 @@
-// A render through zelrender and the plug-in equals, bit for bit, the encoder
-// driven directly with the same parameter sequence: the host loses nothing,
+// A render through zelrender equals, bit for bit, the plug-in driven directly
+// with the same parameter sequence: the host loses nothing,
 // reorders nothing and splits blocks exactly at the automation time stamps.
 
-#include "AmbiEncoderClass.h"
 #include "AutomationPath.h"
+#include "BlockProcessor.h"
 #include "DemoScene.h"
 #include "ParameterMapping.h"
 #include "Position.h"
 #include "TestSupport.h"
+#include "VstPlugin.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -21,41 +22,22 @@ namespace {
 
 constexpr int kChannels = 16;
 
-// Interleaved output of the encoder driven as the plug-in drives it: a bank
-// of 16 programs that every parameter write refreshes from the encoder, and
-// program switches that replay a program through such writes, so that later
-// values are read only after the earlier ones were applied. The writes are
-// the compensation, then each position (the first at frame 0; their order is
-// checked in HostBehaviourTest), each made before the frame it falls on.
-// (How the input is cut into blocks does not change the encoder's output:
-// PluginHostTest shows that; so a wrong block split shows here only through
-// writes made at the wrong frames.)
-std::vector<float> reference(std::vector<float> input, double rate, std::optional<int> program,
-                             std::optional<double> compensation, const AutomationPath& path) {
-    ZelAmbisonicEncoder encoder(kAmbi3P);
-    std::array<std::array<float, 7>, 16> programs;
-    programs.fill({0.0f, 0.5f, 1.0f, 0.5f, 0.5f, 0.0f, 1.0f});
-    int current = 0;
-    auto setParameter = [&](int index, float value) {
-        if (index == 0) encoder.setazim(value);
-        if (index == 1) encoder.setelev(value);
-        if (index == 2) encoder.setx(value);
-        if (index == 3) encoder.sety(value);
-        if (index == 4) encoder.setz(value);
-        if (index == 5) encoder.setdist(value);
-        if (index == 6) encoder.setNFC(value);
-        programs[current] = {encoder.getazim(), encoder.getelev(), encoder.getx(),  encoder.gety(),
-                             encoder.getz(),    encoder.getdist(), encoder.getNFC()};
-    };
-    auto setProgram = [&](int index) {
-        current = index;
-        for (int k = 0; k < 7; ++k) setParameter(k, programs[current][k]);
-    };
-    setProgram(0);
-    encoder.resume(); // once by the effect's constructor,
-    encoder.resume(); // once more when the editor is attached
-    encoder.setfs(static_cast<float>(rate));
-    if (program) setProgram(*program - 1);
+// Interleaved output of the plug-in driven directly, as a host would: opened,
+// rate and block size set, the program selected, then the writes (the
+// compensation, then each position, the first at frame 0; their order is
+// checked in HostBehaviourTest), each made before the frame it falls on, and
+// switched on after the writes due at frame 0. (How the input is cut into
+// blocks does not change the output: PluginHostTest shows that; so a wrong
+// block split shows here only through writes made at the wrong frames.)
+std::vector<float> reference(const std::vector<float>& input, double rate,
+                             std::optional<int> program, std::optional<double> compensation,
+                             const AutomationPath& path) {
+    LoadedPlugin loaded(ZEL_PLUGIN_PATH);
+    VstPlugin& plugin = loaded.plugin();
+    plugin.open();
+    plugin.setSampleRate(static_cast<float>(rate));
+    plugin.setBlockSize(64);
+    if (program) plugin.setProgram(*program - 1);
 
     struct Write {
         long long frame;
@@ -72,26 +54,26 @@ std::vector<float> reference(std::vector<float> input, double rate, std::optiona
     std::size_t next = 0;
     auto writeUpTo = [&](long long frame) {
         for (; next < writes.size() && writes[next].frame <= frame; ++next)
-            setParameter(writes[next].index, writes[next].value);
+            plugin.setParameter(writes[next].index, writes[next].value);
     };
     writeUpTo(0);
-    encoder.resume(); // switched on
+    plugin.setMains(true);
 
-    const long long total = static_cast<long long>(input.size());
-    std::vector<std::vector<float>> channels(kChannels, std::vector<float>(input.size()));
-    for (long long from = 0; from < total;) {
+    const int total = static_cast<int>(input.size());
+    BlockProcessor buffers(plugin, 1, kChannels, total);
+    std::copy(input.begin(), input.end(), buffers.input(0));
+    for (int from = 0; from < total;) {
         writeUpTo(from);
-        long long to = std::min(total, from + 64);
-        if (next < writes.size()) to = std::min(to, writes[next].frame);
-        float* in = input.data() + from;
-        std::array<float*, kChannels> out;
-        for (int c = 0; c < kChannels; ++c) out[c] = channels[c].data() + from;
-        encoder.process(&in, out.data(), static_cast<int>(to - from));
+        int to = std::min(total, from + 64);
+        if (next < writes.size())
+            to = static_cast<int>(std::min<long long>(to, writes[next].frame));
+        buffers.process(from, to - from);
         from = to;
     }
+    plugin.setMains(false);
     std::vector<float> interleaved(input.size() * kChannels);
     for (std::size_t i = 0; i < input.size(); ++i) {
-        for (int c = 0; c < kChannels; ++c) interleaved[i * kChannels + c] = channels[c][i];
+        for (int c = 0; c < kChannels; ++c) interleaved[i * kChannels + c] = buffers.output(c)[i];
     }
     return interleaved;
 }
