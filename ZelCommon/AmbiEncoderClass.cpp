@@ -68,154 +68,195 @@ ZelAmbisonicEncoder::FilterSet ZelAmbisonicEncoder::filterset(AmbiOrder order) {
     return {0, 0, 0, 0};
 }
 
+namespace {
+
+constexpr std::uint32_t kHoldX = 1, kHoldY = 2, kHoldZ = 4;
+
+ZelEncoderPosition farStraightAhead() {
+    ZelEncoderPosition p{};
+    p.dist = p.distNF = p.NFC = kFarLimit;
+    p.fs = 48000.0f;
+    p.gains[0] = 0.70710677f;
+    return p;
+}
+
+} // namespace
+
 ZelAmbisonicEncoder::ZelAmbisonicEncoder(AmbiOrder order_)
-    : order(order_), xhold(false), yhold(false), zhold(false), ncoefs(channelCount(order_)),
-      azim(0.0f), elev(0.0f), dist(kFarLimit), distNF(kFarLimit), NFC(kFarLimit), fs(48000.0f),
-      x(0.0f), y(0.0f), z(0.0f) {
-    // Room for W, Y, Z, X even in the smallest layout: UpdateHOrders always
-    // writes the first four entries. Entries a layout never computes stay 0.
-    const int size = ncoefs > 4 ? ncoefs : 4;
-    gains.reset(new float[size]());
-    gains[0] = 0.70710677f;
-    UpdatePolarCoords();
-    SetDistCoef(distNF, NFC);
+    : order(order_), ncoefs(channelCount(order_)), position(farStraightAhead()), appliedDesigns(0) {
+    // Entries a layout never computes stay 0.
+    position.update([this](Position& p) {
+        UpdatePolarCoords(p);
+        SetDistCoef(p, p.distNF, p.NFC);
+    });
+    applyDesign(position.load());
 }
 
 // ------------------------------------------------------------ setters
 
 void ZelAmbisonicEncoder::setazim(float v) {
-    azim = static_cast<float>(0.0 + v * kTwoPi);
-    UpdatePolarCoords();
+    position.update([&](Position& p) {
+        p.azim = static_cast<float>(0.0 + v * kTwoPi);
+        UpdatePolarCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setelev(float v) {
-    elev = static_cast<float>(-kHalfPi + v * kPi);
-    UpdatePolarCoords();
+    position.update([&](Position& p) {
+        p.elev = static_cast<float>(-kHalfPi + v * kPi);
+        UpdatePolarCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setx(float v) {
-    x = -4.0f + 8.0f * v;
-    UpdateRectCoords();
+    position.update([&](Position& p) {
+        p.x = -4.0f + 8.0f * v;
+        UpdateRectCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::sety(float v) {
-    y = -4.0f + 8.0f * v;
-    UpdateRectCoords();
+    position.update([&](Position& p) {
+        p.y = -4.0f + 8.0f * v;
+        UpdateRectCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setz(float v) {
-    z = -4.0f + 8.0f * v;
-    UpdateRectCoords();
+    position.update([&](Position& p) {
+        p.z = -4.0f + 8.0f * v;
+        UpdateRectCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setdist(float v) {
-    dist = 4.0f + -4.0f * v;
-    distNF = filterDistance(dist);
-    SetDistCoef(distNF, NFC);
-    UpdatePolarCoords();
+    position.update([&](Position& p) {
+        p.dist = 4.0f + -4.0f * v;
+        p.distNF = filterDistance(p.dist);
+        SetDistCoef(p, p.distNF, p.NFC);
+        UpdatePolarCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setNFC(float v) {
-    NFC = 0.5f + 3.5f * v;
-    SetDistCoef(distNF, NFC);
-    UpdatePolarCoords();
+    position.update([&](Position& p) {
+        p.NFC = 0.5f + 3.5f * v;
+        SetDistCoef(p, p.distNF, p.NFC);
+        UpdatePolarCoords(p);
+    });
 }
 
 void ZelAmbisonicEncoder::setfs(float f) {
-    fs = f;
-    SetDistCoef(distNF, NFC);
+    position.update([&](Position& p) {
+        p.fs = f;
+        SetDistCoef(p, p.distNF, p.NFC);
+    });
+}
+
+void ZelAmbisonicEncoder::setholds(bool holdX, bool holdY, bool holdZ) {
+    position.update([&](Position& p) {
+        p.holds = (holdX ? kHoldX : 0) | (holdY ? kHoldY : 0) | (holdZ ? kHoldZ : 0);
+    });
+}
+
+void ZelAmbisonicEncoder::SetDistCoef(float dsrc, float dcomp) {
+    position.update([&](Position& p) { SetDistCoef(p, dsrc, dcomp); });
 }
 
 // ------------------------------------------------------------ getters
 
 float ZelAmbisonicEncoder::getazim() const {
-    return static_cast<float>((azim - 0.0) / kTwoPi);
+    return static_cast<float>((position.load().azim - 0.0) / kTwoPi);
 }
 float ZelAmbisonicEncoder::getelev() const {
-    return static_cast<float>((elev - -kHalfPi) / kPi);
+    return static_cast<float>((position.load().elev - -kHalfPi) / kPi);
 }
 float ZelAmbisonicEncoder::getx() const {
-    return (x - -4.0f) / 8.0f;
+    return (position.load().x - -4.0f) / 8.0f;
 }
 float ZelAmbisonicEncoder::gety() const {
-    return (y - -4.0f) / 8.0f;
+    return (position.load().y - -4.0f) / 8.0f;
 }
 float ZelAmbisonicEncoder::getz() const {
-    return (z - -4.0f) / 8.0f;
+    return (position.load().z - -4.0f) / 8.0f;
 }
 float ZelAmbisonicEncoder::getdist() const {
-    return (dist - 4.0f) / -4.0f;
+    return (position.load().dist - 4.0f) / -4.0f;
 }
 float ZelAmbisonicEncoder::getNFC() const {
-    return (NFC - 0.5f) / 3.5f;
+    return (position.load().NFC - 0.5f) / 3.5f;
 }
 
 float ZelAmbisonicEncoder::getazimdisplay() const {
-    return static_cast<float>(azim * 180.0 / kPi);
+    return static_cast<float>(position.load().azim * 180.0 / kPi);
 }
 float ZelAmbisonicEncoder::getelevdisplay() const {
-    return static_cast<float>(elev * 180.0 / kPi);
+    return static_cast<float>(position.load().elev * 180.0 / kPi);
 }
 
 // ------------------------------------------------------------ position model
 
-void ZelAmbisonicEncoder::UpdatePolarCoords() {
-    const float c = static_cast<float>(std::cos(static_cast<double>(elev)));
-    if (!xhold) x = static_cast<float>(std::cos(static_cast<double>(azim)) * c * dist);
-    if (!yhold) y = static_cast<float>(std::sin(static_cast<double>(azim)) * c * dist);
-    if (!zhold) z = static_cast<float>(std::sin(static_cast<double>(elev)) * dist);
-    UpdateHOrders();
+void ZelAmbisonicEncoder::UpdatePolarCoords(Position& p) const {
+    const float c = static_cast<float>(std::cos(static_cast<double>(p.elev)));
+    if (!(p.holds & kHoldX))
+        p.x = static_cast<float>(std::cos(static_cast<double>(p.azim)) * c * p.dist);
+    if (!(p.holds & kHoldY))
+        p.y = static_cast<float>(std::sin(static_cast<double>(p.azim)) * c * p.dist);
+    if (!(p.holds & kHoldZ))
+        p.z = static_cast<float>(std::sin(static_cast<double>(p.elev)) * p.dist);
+    UpdateHOrders(p);
 }
 
-void ZelAmbisonicEncoder::UpdateRectCoords() {
-    dist = static_cast<float>(std::sqrt(static_cast<double>(x * x + y * y + z * z)));
+void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
+    const float x = p.x, y = p.y, z = p.z;
+    p.dist = static_cast<float>(std::sqrt(static_cast<double>(x * x + y * y + z * z)));
 
     if (static_cast<double>(y) == 0.0 && static_cast<double>(x) == 0.0) {
-        azim = 0.0f;
+        p.azim = 0.0f;
     } else {
-        azim = static_cast<float>(std::atan2(static_cast<double>(y), static_cast<double>(x)));
-        if (azim < 0.0f) azim = static_cast<float>(azim + kTwoPi);
+        p.azim = static_cast<float>(std::atan2(static_cast<double>(y), static_cast<double>(x)));
+        if (p.azim < 0.0f) p.azim = static_cast<float>(p.azim + kTwoPi);
     }
 
     if (z == 0.0f) {
-        elev = 0.0f;
+        p.elev = 0.0f;
     } else {
         const double horizontal = std::sqrt(static_cast<double>(x * x + y * y));
-        elev = static_cast<float>(std::atan2(static_cast<double>(z), horizontal));
+        p.elev = static_cast<float>(std::atan2(static_cast<double>(z), horizontal));
     }
 
     // Only the radius is clamped: the point moves back onto the outer sphere
     // along its own direction.
-    if (dist > kFarLimit) {
-        dist = kFarLimit;
-        UpdatePolarCoords();
+    if (p.dist > kFarLimit) {
+        p.dist = kFarLimit;
+        UpdatePolarCoords(p);
     } else {
-        UpdateHOrders();
+        UpdateHOrders(p);
     }
-    distNF = filterDistance(dist);
-    SetDistCoef(distNF, NFC);
+    p.distNF = filterDistance(p.dist);
+    SetDistCoef(p, p.distNF, p.NFC);
 }
 
 // ------------------------------------------------------------ gains
 
-void ZelAmbisonicEncoder::UpdateHOrders() {
+void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
     float X, Y, Z, rho;
-    if (NFC == kFarLimit) {
+    if (p.NFC == kFarLimit) {
         // Compensation off: the harmonics are homogeneous polynomials, so using
         // the position itself scales order n by (dist/4)^n.
-        X = x / 4.0f;
-        Y = y / 4.0f;
-        Z = z / 4.0f;
-        rho = dist / 4.0f;
+        X = p.x / 4.0f;
+        Y = p.y / 4.0f;
+        Z = p.z / 4.0f;
+        rho = p.dist / 4.0f;
     } else {
-        const float c = static_cast<float>(std::cos(static_cast<double>(elev)));
-        X = static_cast<float>(std::cos(static_cast<double>(azim)) * c);
-        Y = static_cast<float>(std::sin(static_cast<double>(azim)) * c);
-        Z = static_cast<float>(std::sin(static_cast<double>(elev)));
+        const float c = static_cast<float>(std::cos(static_cast<double>(p.elev)));
+        X = static_cast<float>(std::cos(static_cast<double>(p.azim)) * c);
+        Y = static_cast<float>(std::sin(static_cast<double>(p.azim)) * c);
+        Z = static_cast<float>(std::sin(static_cast<double>(p.elev)));
         rho = 1.0f;
     }
 
-    float* g = gains.get();
+    float* g = p.gains;
     g[0] = 1.0f;
     g[1] = Y;
     g[2] = Z;
@@ -250,10 +291,17 @@ float ZelAmbisonicEncoder::dist2w(float d, float rate) const {
     return kSpeedOfSound / (d * rate);
 }
 
-void ZelAmbisonicEncoder::SetDistCoef(float dsrc, float dcomp) {
+void ZelAmbisonicEncoder::SetDistCoef(Position& p, float dsrc, float dcomp) const {
     // A source at the outer limit is a plane wave: no near-field zeros.
-    const float ws = dsrc == kFarLimit ? 0.0f : dist2w(dsrc, fs);
-    const float wc = dist2w(dcomp, fs);
+    p.ws = dsrc == kFarLimit ? 0.0f : dist2w(dsrc, p.fs);
+    p.wc = dist2w(dcomp, p.fs);
+    ++p.designs;
+}
+
+void ZelAmbisonicEncoder::applyDesign(const Position& p) {
+    if (p.designs == appliedDesigns) return;
+    appliedDesigns = p.designs;
+    const float ws = p.ws, wc = p.wc;
     const FilterSet set = filterset(order);
     if (set.n1 > 0) {
         nf1[0].init(ws, wc, 1.0f);
@@ -326,33 +374,57 @@ template <typename Op> void ZelAmbisonicEncoder::filterChannels(Op&& run, bool n
 void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
     if (inputs == nullptr || outputs == nullptr || ncoefs == 0) return;
     if (n < 0) n = 0;
-    // Read once: a setter on another thread may change them mid-block.
-    const float compensation = NFC;
-    const float sourceDistance = dist;
+    // The newest position, whole, for the whole block.
+    const Position p = position.load();
+    applyDesign(p);
 
     const float* in = inputs[0];
     for (int i = 0; i < n; ++i) {
         const float u = in[i]; // before any output of this sample is written
-        for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(gains[c]);
+        for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(p.gains[c]);
     }
 
-    if (!(kFarLimit > compensation)) return; // compensation off: interior panning only
-
-    if (kFarLimit > sourceDistance) {
-        filterChannels(
-            [&](auto& f, int from, int to) { f.process(n, outputs[from], outputs[to], 1); }, true);
-    } else {
-        filterChannels(
-            [&](auto& f, int from, int to) { f.process1(n, outputs[from], outputs[to], 1); },
-            false);
+    if (kFarLimit > p.NFC) { // else compensation off: interior panning only
+        if (kFarLimit > p.dist) {
+            filterChannels(
+                [&](auto& f, int from, int to) { f.process(n, outputs[from], outputs[to], 1); },
+                true);
+        } else {
+            filterChannels(
+                [&](auto& f, int from, int to) { f.process1(n, outputs[from], outputs[to], 1); },
+                false);
+        }
     }
+    recover(outputs, n, p);
+}
+
+void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p) {
+    // Finite values pass untouched, so finite input gives the same bits.
+    for (int c = 0; c < ncoefs; ++c) {
+        float* out = outputs[c];
+        for (int i = 0; i < n; ++i)
+            if (!std::isfinite(out[i])) out[i] = 0.0f;
+        if (!std::isfinite(dezip[c].current()))
+            dezip[c].init(std::isfinite(p.gains[c]) ? p.gains[c] : 0.0f);
+    }
+    const FilterSet set = filterset(order);
+    auto recoverAll = [](auto* filters, int count) {
+        for (int i = 0; i < count; ++i)
+            if (!filters[i].isfinite()) filters[i].reset();
+    };
+    recoverAll(nf1, set.n1);
+    recoverAll(nf2, set.n2);
+    recoverAll(nf3, set.n3);
+    recoverAll(nf4, set.n4);
 }
 
 void ZelAmbisonicEncoder::resume() {
+    const Position p = position.load();
+    applyDesign(p);
     const FilterSet set = filterset(order);
     for (int i = 0; i < set.n1; ++i) nf1[i].reset();
     for (int i = 0; i < set.n2; ++i) nf2[i].reset();
     for (int i = 0; i < set.n3; ++i) nf3[i].reset();
     for (int i = 0; i < set.n4; ++i) nf4[i].reset();
-    for (int c = 0; c < ncoefs; ++c) dezip[c].init(gains[c]);
+    for (int c = 0; c < ncoefs; ++c) dezip[c].init(p.gains[c]);
 }

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Dezipper.h"
+#include "SnapshotExchange.h"
 #include "tarnhoafilt.h"
 
-#include <memory>
+#include <cstdint>
 
 // Channel layouts of the encoder. Only the full-sphere layouts (1, 4 and 7)
 // compute a complete channel set; the horizontal and mixed ones declare their
@@ -31,6 +32,21 @@ enum AmbiOrder : int {
 // With compensation on (NFC < 4 m) the gains are purely directional and every
 // directional channel passes through a near-field filter; with compensation off
 // the directional gains shrink towards the centre instead (interior panning).
+//
+// Setters may run on any thread, also on several at once and beside process:
+// each computes a whole new position (both forms, gains and the near-field
+// design) from the newest one and publishes it at once; process takes the
+// newest position at the start of each block, and getters read a published
+// one, so nobody ever sees half of a change.
+struct ZelEncoderPosition {
+    float azim, elev, dist, distNF, NFC, fs;
+    float x, y, z;
+    float ws, wc;          // near-field corners of the source and compensation distances
+    std::uint32_t designs; // near-field designs made so far
+    std::uint32_t holds;   // bits 0, 1, 2: x, y, z held
+    float gains[16];
+};
+
 class ZelAmbisonicEncoder {
 public:
     explicit ZelAmbisonicEncoder(AmbiOrder order);
@@ -60,18 +76,23 @@ public:
     // Physical values for display: degrees and metres.
     float getazimdisplay() const;
     float getelevdisplay() const;
-    float getxdisplay() const { return x; }
-    float getydisplay() const { return y; }
-    float getzdisplay() const { return z; }
-    float getdistdisplay() const { return dist; }
-    float getNFCdisplay() const { return NFC; }
+    float getxdisplay() const { return position.load().x; }
+    float getydisplay() const { return position.load().y; }
+    float getzdisplay() const { return position.load().z; }
+    float getdistdisplay() const { return position.load().dist; }
+    float getNFCdisplay() const { return position.load().NFC; }
+    // The whole position at once, as one consistent reading.
+    ZelEncoderPosition getposition() const { return position.load(); }
 
     // Audio: reads inputs[0], overwrites outputs[0 .. ncoefs-1]. Each input
     // sample is read before any output of that sample is written, so the input
     // may share its buffer with an output, and unused outputs may share one
-    // scratch buffer.
+    // scratch buffer. A NaN or infinity (in the input, or made by a NaN
+    // parameter or an overflowing filter) is written as 0 and cleared from
+    // every state at the end of its block.
     void process(float** inputs, float** outputs, int n);
     // Clears the filter memories and snaps the gain smoothers to the gains.
+    // Runs on the audio thread, or while no audio runs.
     void resume();
 
     // Near-field corner frequency c/d as a fraction of the sample rate.
@@ -80,9 +101,9 @@ public:
 
     // Read-only views of the internal state, for inspection and tests.
     AmbiOrder getorder() const { return order; }
-    float getgain(int c) const { return gains[c]; }
-    float getfs() const { return fs; }
-    float getdistNF() const { return distNF; }
+    float getgain(int c) const { return position.load().gains[c]; }
+    float getfs() const { return position.load().fs; }
+    float getdistNF() const { return position.load().distNF; }
     const DeZipper& getdezip(int c) const { return dezip[c]; }
     const NF_filt1& getnf1(int i) const { return nf1[i]; }
     const NF_filt2& getnf2(int i) const { return nf2[i]; }
@@ -90,11 +111,7 @@ public:
     const NF_filt4& getnf4(int i) const { return nf4[i]; }
 
     // Hold flags: a held coordinate is left as it is by UpdatePolarCoords.
-    void setholds(bool holdX, bool holdY, bool holdZ) {
-        xhold = holdX;
-        yhold = holdY;
-        zhold = holdZ;
-    }
+    void setholds(bool holdX, bool holdY, bool holdZ);
 
     // How many filters of each class a layout uses.
     struct FilterSet {
@@ -103,18 +120,25 @@ public:
     static FilterSet filterset(AmbiOrder order);
 
 private:
-    void UpdatePolarCoords();
-    void UpdateRectCoords();
-    void UpdateHOrders();
+    using Position = ZelEncoderPosition;
+    void UpdatePolarCoords(Position& p) const;
+    void UpdateRectCoords(Position& p) const;
+    void UpdateHOrders(Position& p) const;
+    void SetDistCoef(Position& p, float dsrc, float dcomp) const;
+    // Gives the filters the newest design, if they have not had it yet.
+    void applyDesign(const Position& p);
+    // Clears what a non-finite sample or parameter left in the block's
+    // outputs, the gain smoothers and the filters, so that the next block
+    // starts clean.
+    void recover(float** outputs, int n, const Position& p);
 
     template <typename Op> void filterChannels(Op&& run, bool nearSource);
 
-    AmbiOrder order;
-    bool xhold, yhold, zhold;
-    int ncoefs;
-    float azim, elev, dist, distNF, NFC, fs;
-    float x, y, z;
-    std::unique_ptr<float[]> gains;
+    const AmbiOrder order;
+    const int ncoefs;
+    SnapshotExchange<Position> position;
+    // Audio state, touched only by process and resume.
+    std::uint32_t appliedDesigns;
     NF_filt1 nf1[3];
     NF_filt2 nf2[5];
     NF_filt3 nf3[7];

@@ -1,5 +1,7 @@
 #include "tarnhoafilt.h"
 
+#include <cmath>
+
 namespace {
 
 // Keeps the integrators out of subnormal numbers on decaying signals.
@@ -60,6 +62,15 @@ inline float section1(float u, float a, float d, float& s) {
     return y;
 }
 
+template <int kStates, int kSmoothers>
+bool allFinite(const float (&state)[kStates], const DeZipper (&smoothers)[kSmoothers]) {
+    for (float v : state)
+        if (!std::isfinite(v)) return false;
+    for (const DeZipper& d : smoothers)
+        if (!std::isfinite(d.current())) return false;
+    return true;
+}
+
 inline float section1Poles(float u, float d, float& s) {
     const float x = u - (d * s + kAntiDenormal);
     s = s + x;
@@ -109,6 +120,10 @@ void NF_filt1::process1(int n, float* ip, float* op, int step) {
         op += step;
     }
     state[0] = s;
+}
+
+bool NF_filt1::isfinite() const {
+    return allFinite(state, smoothers);
 }
 
 void NF_filt1::reset() {
@@ -164,6 +179,10 @@ void NF_filt2::process1(int n, float* ip, float* op, int step) {
     }
     state[0] = s1;
     state[1] = s2;
+}
+
+bool NF_filt2::isfinite() const {
+    return allFinite(state, smoothers);
 }
 
 void NF_filt2::reset() {
@@ -232,6 +251,10 @@ void NF_filt3::process1(int n, float* ip, float* op, int step) {
     state[2] = s3;
 }
 
+bool NF_filt3::isfinite() const {
+    return allFinite(state, smoothers);
+}
+
 void NF_filt3::reset() {
     state[0] = state[1] = state[2] = 0.0f;
     for (int i = 0; i < numCoefs; ++i) smoothers[i].init(coef[i]);
@@ -291,6 +314,12 @@ void NF_filt4::process1(int n, float* ip, float* op, int step) {
     state[1] = s2;
     state[2] = s3;
     state[3] = s4;
+}
+
+bool NF_filt4::isfinite() const {
+    for (float v : state)
+        if (!std::isfinite(v)) return false;
+    return true;
 }
 
 void NF_filt4::reset() {

@@ -28,6 +28,8 @@ public:
     void process(int n, float* ip, float* op, int step);
     void process1(int n, float* ip, float* op, int step);
     void reset();
+    // False once a state or a smoothed coefficient is NaN or infinite.
+    bool isfinite() const;
 
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
@@ -49,6 +51,8 @@ public:
     void process(int n, float* ip, float* op, int step);
     void process1(int n, float* ip, float* op, int step);
     void reset();
+    // False once a state or a smoothed coefficient is NaN or infinite.
+    bool isfinite() const;
 
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
@@ -70,6 +74,8 @@ public:
     void process(int n, float* ip, float* op, int step);
     void process1(int n, float* ip, float* op, int step);
     void reset();
+    // False once a state or a smoothed coefficient is NaN or infinite.
+    bool isfinite() const;
 
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
@@ -91,6 +97,8 @@ public:
     void process(int n, float* ip, float* op, int step);
     void process1(int n, float* ip, float* op, int step);
     void reset();
+    // False once a state or a smoothed coefficient is NaN or infinite.
+    bool isfinite() const;
 
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }

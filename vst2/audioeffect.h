@@ -2,6 +2,8 @@
 
 #include "aeffectx.h"
 
+#include <atomic>
+
 class AEffEditor;
 
 // Base class of a VST 2.4 effect: owns the AEffect record that the host sees
@@ -98,7 +100,8 @@ protected:
     VstInt32 blockSize = 1024;
     VstInt32 numPrograms;
     VstInt32 numParams;
-    VstInt32 curProgram = 0;
+    // Atomic: hosts switch programs on one thread while another automates.
+    std::atomic<VstInt32> curProgram{0};
     AEffect cEffect;
 };
 

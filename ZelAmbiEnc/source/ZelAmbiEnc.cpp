@@ -217,7 +217,3 @@ VstInt32 ZelAmbiEnc::getVendorVersion() {
 VstPlugCategory ZelAmbiEnc::getPlugCategory() {
     return kPlugCategEffect;
 }
-
-const ZelAmbiEncProgram* ZelAmbiEnc::programRecord(VstInt32 index) const {
-    return inRange(index, kNumPrograms) ? &programs[index] : nullptr;
-}

@@ -4,14 +4,17 @@
 #include "ZelAmbiEncParams.h"
 #include "audioeffect.h"
 
+#include <atomic>
 #include <memory>
 
 // One stored program: the seven normalised parameter values in index order
-// and a name. The defaults are exactly a new encoder's position.
+// and a name. The defaults are exactly a new encoder's position. The values
+// are atomic: the audio thread's automation and the editor's edits both
+// write the current program back.
 struct ZelAmbiEncProgram {
     ZelAmbiEncProgram();
 
-    float param[kNumParams];
+    std::atomic<float> param[kNumParams];
     char name[kVstMaxProgNameLen];
 };
 
@@ -50,9 +53,7 @@ public:
     // reaches it.
     virtual void process(float** inputs, float** outputs, VstInt32 sampleFrames);
 
-    // Read-only views for inspection: a stored program (null when the index is
-    // out of range) and the encoder.
-    const ZelAmbiEncProgram* programRecord(VstInt32 index) const;
+    // Read-only view of the encoder, for inspection.
     const ZelAmbisonicEncoder& getEncoder() const { return encoder; }
 
 protected:

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+// A value that several threads change and read at once, without locks and
+// without allocation: every change is made on a private copy of the newest
+// value and published whole, so a reader always sees one complete value that
+// some order of the changes produced.
+//
+// The value lives in a small pool of slots. A writer copies the newest slot,
+// applies its change, fills a free slot and swings the head to it; a writer
+// that loses that race to another drops its work and starts again from the
+// newer value, so no change is lost and none waits for another thread. A
+// reader copies the head's slot and checks that it is still the head and
+// that nobody refilled it meanwhile (its version is unchanged), else copies
+// again.
+//
+// The words are atomics, copied one by one, so that a copy racing a refill is
+// a defined read of stale words that the version check then throws away.
+template <typename T, int kSlots = 8> class SnapshotExchange {
+    static_assert(std::is_trivially_copyable<T>::value, "snapshots are copied word by word");
+    static_assert(sizeof(T) % sizeof(std::uint32_t) == 0, "snapshots are whole words");
+
+public:
+    explicit SnapshotExchange(const T& initial) {
+        store(slots[0], initial);
+        slots[0].busy.store(true, std::memory_order_relaxed);
+        head.store(0, std::memory_order_release);
+    }
+    SnapshotExchange(const SnapshotExchange&) = delete;
+    SnapshotExchange& operator=(const SnapshotExchange&) = delete;
+
+    T load() const {
+        T value;
+        for (;;) {
+            const std::uint64_t h = head.load(std::memory_order_acquire);
+            // Still the head afterwards: the copy is the published value, not
+            // a refill by a writer that lost its race.
+            if (copyOut(slots[index(h)], value) && head.load(std::memory_order_acquire) == h)
+                return value;
+        }
+    }
+
+    // change(T&) is applied to a copy of the newest value, perhaps more than
+    // once if another writer publishes first: it must depend only on the
+    // value it is given.
+    template <typename Change> T update(Change&& change) {
+        for (;;) {
+            std::uint64_t h = head.load(std::memory_order_acquire);
+            T value;
+            if (!copyOut(slots[index(h)], value)) continue;
+            change(value);
+            Slot& fresh = claimFreeSlot();
+            store(fresh, value);
+            const std::uint64_t next = ((h >> 8) + 1) << 8 | slotNumber(fresh);
+            if (head.compare_exchange_strong(h, next, std::memory_order_acq_rel)) {
+                slots[index(h)].busy.store(false, std::memory_order_release);
+                return value;
+            }
+            fresh.busy.store(false, std::memory_order_release);
+        }
+    }
+
+private:
+    static constexpr int kWords = sizeof(T) / sizeof(std::uint32_t);
+
+    struct Slot {
+        std::atomic<std::uint32_t> version{0}; // odd while being filled
+        std::atomic<bool> busy{false};         // the head's, or being filled
+        std::array<std::atomic<std::uint32_t>, kWords> words{};
+    };
+
+    static int index(std::uint64_t h) { return static_cast<int>(h & 0xff); }
+    std::uint64_t slotNumber(const Slot& slot) const {
+        return static_cast<std::uint64_t>(&slot - slots.data());
+    }
+
+    // At most one slot per writer plus the head are busy, so with more slots
+    // than threads that write at once the search ends.
+    Slot& claimFreeSlot() {
+        for (int i = 0;; i = (i + 1) % kSlots) {
+            bool expected = false;
+            if (slots[i].busy.compare_exchange_strong(expected, true, std::memory_order_acquire))
+                return slots[i];
+        }
+    }
+
+    static void store(Slot& slot, const T& value) {
+        std::uint32_t words[kWords];
+        std::memcpy(words, &value, sizeof(T));
+        const std::uint32_t v = slot.version.load(std::memory_order_relaxed);
+        slot.version.store(v + 1, std::memory_order_relaxed);
+        std::atomic_thread_fence(std::memory_order_release);
+        for (int i = 0; i < kWords; ++i) slot.words[i].store(words[i], std::memory_order_relaxed);
+        slot.version.store(v + 2, std::memory_order_release);
+    }
+
+    static bool copyOut(const Slot& slot, T& value) {
+        const std::uint32_t before = slot.version.load(std::memory_order_acquire);
+        if (before & 1u) return false;
+        std::uint32_t words[kWords];
+        for (int i = 0; i < kWords; ++i) words[i] = slot.words[i].load(std::memory_order_relaxed);
+        std::atomic_thread_fence(std::memory_order_acquire);
+        if (slot.version.load(std::memory_order_relaxed) != before) return false;
+        std::memcpy(&value, words, sizeof(T));
+        return true;
+    }
+
+    std::array<Slot, kSlots> slots;
+    std::atomic<std::uint64_t> head{0};
+};
