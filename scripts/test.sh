@@ -24,6 +24,6 @@ ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrac
 # third build stays small.
 echo "=== tsan build" >&2
 cmake -S . -B build/tsan -DZEL_WERROR=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZEL_SANITIZE=thread \
-  -DZEL_BUILD_BENCH=OFF -DZEL_TEST_SUITES=editor >/dev/null
-cmake --build build/tsan -j"$jobs" --target plugin_editor_threads_test
+  -DZEL_BUILD_BENCH=OFF >/dev/null
+cmake --build build/tsan -j"$jobs" --target plugin_editor_threads_test plugin_hostile_test
 (cd build/tsan && ctest --output-on-failure -j"$jobs" -L tsan)
