@@ -4,8 +4,8 @@
 
 namespace {
 volatile std::sig_atomic_t flag = 0;
-extern "C" void onSignal(int) {
-    flag = 1;
+extern "C" void onSignal(int signal) {
+    flag = signal;
 }
 } // namespace
 
@@ -17,4 +17,8 @@ void Interruption::install() {
 
 bool Interruption::requested() {
     return flag != 0;
+}
+
+int Interruption::signalNumber() {
+    return flag;
 }

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <sstream>
 #include <unistd.h>
@@ -27,6 +29,10 @@ protected:
         writeAudio(dir.file("stereo.wav"),
                    {2, 48000, SF_FORMAT_WAV | SF_FORMAT_PCM_16, testNoise(9600, 2)});
         dir.writeText("notaudio.wav", "this is text, not sound\n");
+        writeAudio(dir.file("empty.wav"), {1, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT, {}});
+        // The input under other names.
+        ASSERT_EQ(symlink("mono.wav", dir.file("link.wav").c_str()), 0);
+        ASSERT_EQ(link(dir.file("mono.wav").c_str(), dir.file("hard.wav").c_str()), 0);
     }
 
     // Each case with the plug-in under test put first unless withPlugin is false.
@@ -69,6 +75,11 @@ TEST_F(ZelrenderRefuses, InputsItCannotReadAndMalformedCommandLines) {
                    {"IN DIR/second.wav -o OUT", 2, "more than one input"},
                    {"IN -o OUT --azimuth 10 --x 1", 2, "not both"},
                    {"IN -o IN", 2, "overwrite the input"},
+                   {"IN -o DIR/link.wav", 1, "the render would replace it"},
+                   {"DIR/hard.wav -o IN", 1, "the render would replace it"},
+                   {"IN -o DIR/./mono.wav", 1, "the render would replace it"},
+                   {"IN -o DIR/", 1, "it is a directory"},
+                   {"DIR/empty.wav -o OUT", 1, "holds no samples"},
                    {"-o OUT --azimuth 10", 2, "demo has its own trajectory"},
                    {"--info -o OUT", 2, "--info writes no file"}});
 }
@@ -131,6 +142,37 @@ TEST_F(ZelrenderRefuses, InputBreakingOffMidRenderKeepsAnEarlierOutputFile) {
     dir.writeText("out.wav", "an earlier result");
     expectRefused({{"DIR/long.flac -o OUT", 1, "cannot read input"}});
     EXPECT_EQ(dir.readText("out.wav"), "an earlier result");
+}
+
+// Ctrl-C in the middle of a long render: exit with 128 + SIGINT, the
+// unfinished output gone, an earlier file as it was.
+TEST_F(ZelrenderRefuses, InterruptionKeepsAnEarlierOutputFile) {
+    writeAudio(dir.file("long.wav"),
+               {1, 48000, SF_FORMAT_WAV | SF_FORMAT_PCM_16, testNoise(120 * 48000, 4)});
+    dir.writeText("out.wav", "an earlier result");
+    const std::vector<std::string> before = dir.entries();
+    const RunResult result = runZelrender({"--plugin", ZEL_PLUGIN_PATH, dir.file("long.wav"),
+                                           "--nfc", "1", "-o", dir.file("out.wav")},
+                                          200);
+    EXPECT_EQ(result.exitCode, 128 + SIGINT) << result.err;
+    EXPECT_EQ(dir.entries(), before);
+    EXPECT_EQ(dir.readText("out.wav"), "an earlier result");
+}
+
+// Samples that are no numbers and a time stamp far beyond the input are
+// rendered (exit 0); the odd samples are counted on standard error.
+TEST_F(ZelrenderRefuses, NothingForSamplesThatAreNoNumbersOrTimesBeyondTheInput) {
+    std::vector<float> samples = testNoise(4800, 5);
+    samples[10] = samples[20] = std::nanf("");
+    samples[30] = INFINITY;
+    writeAudio(dir.file("odd.wav"), {1, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT, samples});
+    dir.writeText("far.txt", "polar\n0 0 0 off\n1e15 90 0 1\n");
+    const RunResult result =
+        runZelrender({"--plugin", ZEL_PLUGIN_PATH, "-q", dir.file("odd.wav"), "--path",
+                      dir.file("far.txt"), "--nfc", "1", "-o", dir.file("odd-out.wav")});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.err.find("3 input samples were not numbers"), std::string::npos) << result.err;
+    for (float v : readAudio(dir.file("odd-out.wav")).samples) ASSERT_TRUE(std::isfinite(v));
 }
 
 // zelrender --info: what a host sees of the plug-in, read through the ABI.

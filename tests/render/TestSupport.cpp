@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -78,7 +79,7 @@ std::vector<std::string> lines(const std::string& text) {
     return result;
 }
 
-RunResult runZelrender(const std::vector<std::string>& arguments) {
+RunResult runZelrender(const std::vector<std::string>& arguments, int interruptAfterMs) {
     ScratchDir capture;
     const pid_t child = fork();
     if (child == 0) {
@@ -91,6 +92,10 @@ RunResult runZelrender(const std::vector<std::string>& arguments) {
         argv.push_back(nullptr);
         execv(argv[0], argv.data());
         _exit(127);
+    }
+    if (interruptAfterMs > 0) {
+        usleep(static_cast<useconds_t>(interruptAfterMs) * 1000);
+        kill(child, SIGINT);
     }
     int status = 0;
     waitpid(child, &status, 0);

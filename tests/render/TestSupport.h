@@ -38,4 +38,5 @@ struct RunResult {
     int exitCode;
     std::string out, err;
 };
-RunResult runZelrender(const std::vector<std::string>& arguments);
+// interruptAfterMs > 0: SIGINT to zelrender after that many milliseconds.
+RunResult runZelrender(const std::vector<std::string>& arguments, int interruptAfterMs = 0);

@@ -1,5 +1,7 @@
 #include "AudioFiles.h"
 
+#include <cmath>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -55,6 +57,10 @@ MonoFileReader::MonoFileReader(const std::string& path_) : path(path_) {
         throw AudioFileError("input '" + path + "' has an unusable sample rate of " +
                              std::to_string(info.samplerate) + " Hz");
     }
+    if (info.frames <= 0) {
+        sf_close(file);
+        throw AudioFileError("input '" + path + "' holds no samples: nothing to render");
+    }
 }
 
 MonoFileReader::~MonoFileReader() {
@@ -66,7 +72,26 @@ int MonoFileReader::read(float* samples, int count) {
     if (got < 0 || (got < count && sf_error(file) != SF_ERR_NO_ERROR)) {
         throw AudioFileError("cannot read input '" + path + "': " + sf_strerror(file));
     }
+    for (sf_count_t i = 0; i < got; ++i) nonFinite += !std::isfinite(samples[i]);
     return static_cast<int>(got);
+}
+
+// ------------------------------------------------------------ output target
+
+void checkOutputTarget(const std::string& output, const std::string& input) {
+    struct stat target {};
+    if (stat(output.c_str(), &target) == 0) {
+        if (S_ISDIR(target.st_mode))
+            throw AudioFileError("cannot write '" + output + "': it is a directory");
+        struct stat source {};
+        if (!input.empty() && stat(input.c_str(), &source) == 0 && source.st_dev == target.st_dev &&
+            source.st_ino == target.st_ino)
+            throw AudioFileError("'" + output + "' is the input file '" + input +
+                                 "': the render would replace it");
+    }
+    const std::string folder = directoryOf(output);
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        throw AudioFileError("cannot write '" + output + "': " + std::strerror(errno));
 }
 
 // ------------------------------------------------------------ AtomicWavWriter

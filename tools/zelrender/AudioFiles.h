@@ -20,6 +20,8 @@ public:
     virtual std::int64_t frames() const = 0;
     // Fills up to count samples; returns how many, 0 at the end.
     virtual int read(float* samples, int count) = 0;
+    // How many of the samples read so far were NaN or infinite.
+    virtual std::int64_t nonFiniteSamples() const { return 0; }
 };
 
 // Receives rendered blocks, one buffer per channel.
@@ -41,12 +43,20 @@ public:
     double sampleRate() const override { return info.samplerate; }
     std::int64_t frames() const override { return info.frames; }
     int read(float* samples, int count) override;
+    std::int64_t nonFiniteSamples() const override { return nonFinite; }
 
 private:
     std::string path;
     SF_INFO info{};
     SNDFILE* file = nullptr;
+    std::int64_t nonFinite = 0;
 };
+
+// Refuses, before anything is rendered, an output that would replace the
+// input (the same file under any name: links and hard links included) or
+// that cannot be written where it is named (a directory, a missing or
+// read-only folder).
+void checkOutputTarget(const std::string& output, const std::string& input);
 
 // A multichannel 32-bit float WAV that appears under its name only when it is
 // complete: it is written to a hidden temporary file in the same directory and

@@ -4,6 +4,10 @@
 
 #include <cmath>
 
+namespace {
+constexpr double kNeverReached = 4e18;
+} // namespace
+
 void ParameterSchedule::add(std::int64_t frame, const std::vector<ParameterWrite>& writes) {
     if (!list.empty() && frame < list.back().frame) {
         throw std::logic_error("parameter writes must be added in time order");
@@ -15,7 +19,11 @@ void ParameterSchedule::addPath(const AutomationPath& path, double sampleRate,
                                 ParameterMapping& mapping) {
     bool first = true;
     for (const TimedPosition& point : path.points()) {
-        const std::int64_t frame = first ? 0 : std::llround(point.seconds * sampleRate);
+        // Beyond any input a file can hold; also keeps the conversion in range.
+        const double at = point.seconds * sampleRate;
+        const std::int64_t frame = first                ? 0
+                                   : at < kNeverReached ? std::llround(at)
+                                                        : static_cast<std::int64_t>(kNeverReached);
         add(frame, positionWrites(point.position, mapping));
         first = false;
     }
@@ -43,7 +51,10 @@ void BlockRenderer::render(MonoSource& source, AmbisonicSink& sink,
 
     std::int64_t done = 0;
     for (;;) {
-        if (Interruption::requested()) throw std::runtime_error("interrupted");
+        if (Interruption::requested()) {
+            progress.abandon(); // the message that follows starts on a line of its own
+            throw Interrupted(Interruption::signalNumber());
+        }
         const int frames = source.read(buffers.input(0), blockSize);
         if (frames == 0) break;
 

@@ -33,3 +33,8 @@ void ProgressBar::finish() {
     update(total);
     out << '\n' << std::flush;
 }
+
+void ProgressBar::abandon() {
+    if (enabled && shownPercent >= 0) out << '\n' << std::flush;
+    enabled = false;
+}

@@ -83,6 +83,7 @@ int showInfo(const Options& options) {
 int render(const Options& options) {
     Interruption::install();
     Job job = makeJob(options);
+    checkOutputTarget(options.outputPath, options.inputPath);
     MonoSource& source = *job.source;
     const double rate = source.sampleRate();
     const ParameterSchedule schedule = scheduleFor(job, rate);
@@ -100,6 +101,9 @@ int render(const Options& options) {
     BlockRenderer(plugin, options.blockSize, kAmbisonicChannels)
         .render(source, output, schedule, progress);
     output.commit();
+    if (const std::int64_t bad = source.nonFiniteSamples())
+        std::cerr << "zelrender: " << bad << " input samples were not numbers (NaN or infinite);"
+                  << " the encoder wrote silence in their place\n";
     if (!options.quiet) {
         std::cerr << "zelrender: wrote " << options.outputPath << " (" << kAmbisonicChannels
                   << " channels, ACN/SN3D, " << source.frames() << " frames at " << rate
@@ -121,6 +125,9 @@ int main(int argc, char** argv) {
     } catch (const UsageError& error) {
         std::cerr << "zelrender: " << error.what() << "\n(zelrender --help shows the usage)\n";
         return 2;
+    } catch (const Interrupted& interruption) {
+        std::cerr << "zelrender: interrupted; no output was written\n";
+        return 128 + interruption.signal;
     } catch (const ValueError& error) {
         std::cerr << "zelrender: " << error.what() << '\n';
         return 2;
