@@ -94,8 +94,8 @@ private:
         std::memcpy(words, &value, sizeof(T));
         const std::uint32_t v = slot.version.load(std::memory_order_relaxed);
         slot.version.store(v + 1, std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_release);
-        for (int i = 0; i < kWords; ++i) slot.words[i].store(words[i], std::memory_order_relaxed);
+        // Release: a reader that sees any new word also sees the odd version.
+        for (int i = 0; i < kWords; ++i) slot.words[i].store(words[i], std::memory_order_release);
         slot.version.store(v + 2, std::memory_order_release);
     }
 
@@ -103,8 +103,7 @@ private:
         const std::uint32_t before = slot.version.load(std::memory_order_acquire);
         if (before & 1u) return false;
         std::uint32_t words[kWords];
-        for (int i = 0; i < kWords; ++i) words[i] = slot.words[i].load(std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_acquire);
+        for (int i = 0; i < kWords; ++i) words[i] = slot.words[i].load(std::memory_order_acquire);
         if (slot.version.load(std::memory_order_relaxed) != before) return false;
         std::memcpy(&value, words, sizeof(T));
         return true;

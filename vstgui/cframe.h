@@ -61,6 +61,9 @@ public:
     VSTGUIEditorInterface* getEditor() const { return pEditor; }
     void* getSystemWindow() const { return pSystemWindow; }
     bool isOpen() const { return bOpenFlag; }
+    // False for a frame without a platform window (none asked for, or the
+    // parent it was asked for could not take one).
+    bool hasWindow() const { return window != nullptr; }
 
     virtual void beginEdit(long index);
     virtual void endEdit(long index);

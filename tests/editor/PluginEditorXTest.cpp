@@ -167,6 +167,9 @@ TEST_F(PluginEditorX, FiftyOpenCloseCyclesLeaveNoWindowOrConnection) {
     const int filesBefore = openFileCount();
     for (int cycle = 0; cycle < 50; cycle++) {
         ASSERT_TRUE(editor.open()) << "cycle " << cycle;
+        if (cycle % 2) {
+            ASSERT_TRUE(editor.open()) << "opened again without a close";
+        }
         for (int round = 0; round < 3; round++) editor.idle();
         editor.close();
     }
@@ -232,6 +235,7 @@ TEST_F(PluginEditorX, ParentDestroyedBeforeCloseIsSurvivedAndTheEditorReopens) {
     {
         PluginEditorSession editor(client, 0, 0);
         ASSERT_TRUE(editor.waitUntilPainted());
+        void* gone = reinterpret_cast<void*>(static_cast<std::uintptr_t>(editor.parent()));
         editor.destroyParent();
         for (int round = 0; round < 20; round++) {
             // Changes force paints into the window that is gone.
@@ -242,6 +246,10 @@ TEST_F(PluginEditorX, ParentDestroyedBeforeCloseIsSurvivedAndTheEditorReopens) {
         }
         editor.close();
         editor.idle();
+        // No window can be made in a parent that is gone, or in none.
+        EXPECT_EQ(editor.plugin().dispatch(effEditOpen, 0, 0, gone), 0);
+        EXPECT_EQ(editor.plugin().dispatch(effEditOpen, 0, 0, nullptr), 0);
+        editor.plugin().dispatch(effEditClose);
         // The same instance opens again into a new parent, complete.
         ASSERT_TRUE(editor.open());
         EXPECT_TRUE(editor.waitUntilPainted());

@@ -24,7 +24,12 @@ protected:
     void TearDown() override {
         if (editor != nullptr) editor->close();
     }
-    void open() { ASSERT_TRUE(editor->open(nullptr)); }
+    // Without a parent window: the host hears that no window opened, and the
+    // controls are built off-screen.
+    void open() {
+        ASSERT_FALSE(editor->open(nullptr));
+        ASSERT_NE(frame(), nullptr);
+    }
     CFrame* frame() { return editor->getFrame(); }
     std::string hostText(int index) {
         char text[256] = {};

@@ -65,6 +65,8 @@ float ZAE_editor::P(int index) const {
 }
 
 bool ZAE_editor::open(void* parent) {
+    // A host that opens again without closing gets the old window replaced.
+    if (frame != nullptr) close();
     AEffGUIEditor::open(parent);
     guiThread.store(std::this_thread::get_id());
     pendingChanges.store(0); // everything below is read fresh
@@ -107,7 +109,9 @@ bool ZAE_editor::open(void* parent) {
     forget(switchBitmap);
     forget(padBitmap);
     forget(handleBitmap);
-    return true;
+    // Without a window (no parent, or one that is gone) the host is told so;
+    // the controls stay built off-screen until the next open or close.
+    return frame->hasWindow();
 }
 
 CParamDisplay* ZAE_editor::addDisplay(const CRect& size, int index,
