@@ -126,17 +126,7 @@ TEST(KnobClassesTest, OnlyTheEndlessKnobTurnsPastTheEnd) {
     EXPECT_FLOAT_EQ(bounded.moveTo(kLowerLeft), 1.0f);
 }
 
-struct EndlessKnobTest : ::testing::Test, KnobHarness<ZelContAnimKnob> {
-    ScriptedMouse mouse;
-    // Frame coordinates, like the mouse calls.
-    void script(std::initializer_list<CPoint> points) {
-        for (CPoint p : points) mouse.add(kLButton, CPoint(p.x + 100, p.y + 100));
-    }
-    void track(CPoint local, long buttons) {
-        CPoint where(local.x + 100, local.y + 100);
-        knob->mouse(&mouse, where, buttons);
-    }
-};
+struct EndlessKnobTest : ::testing::Test, KnobHarness<ZelContAnimKnob> {};
 
 TEST_F(EndlessKnobTest, ShiftDuringALinearDragRescalesWithoutAJump) {
     editor.knobMode = kLinearMode;
@@ -150,18 +140,6 @@ TEST_F(EndlessKnobTest, ShiftDuringALinearDragRescalesWithoutAJump) {
     // Released likewise.
     EXPECT_NEAR(moveTo(CPoint(21, -4)), 0.605f + 4.0f / 300.0f, 2e-6);
     EXPECT_NEAR(moveTo(CPoint(21, -5)), 0.605f + 4.0f / 300.0f + 1.0f / 200.0f, 2e-6);
-}
-
-TEST_F(EndlessKnobTest, TrackingLoopFollowsTheMouseEndlesslyUntilRelease) {
-    script({kDeadRight, kDeadLeft, kLowerLeft});
-    track(kNearEnd, kLButton);
-    ASSERT_EQ(listener.values.size(), 4u);
-    EXPECT_FLOAT_EQ(listener.values[1], 1.0f);
-    EXPECT_FLOAT_EQ(listener.values[2], 0.0f);
-    EXPECT_NEAR(listener.values[3], clockwiseFraction(kLowerLeft), 1e-5);
-    const EventLog framing{log[0], log[1], log[log.size() - 2], log.back()};
-    const EventLog expected{"listener begin", "host begin 5", "host end 5", "listener end"};
-    EXPECT_EQ(framing, expected);
 }
 
 } // namespace

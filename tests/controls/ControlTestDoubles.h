@@ -1,13 +1,11 @@
 #pragma once
 
 // Doubles for the control tests: one ordered event log shared by a listener
-// and an editor (the host side of begin/end edit), a drawing context that
-// records bitmap draws, and a context that replays a scripted mouse for the
-// polling tracking loop.
+// and an editor (the host side of begin/end edit), and a drawing context that
+// records bitmap draws.
 
 #include "vstcontrols.h"
 
-#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,28 +58,6 @@ public:
         draws.push_back({&bitmap, dest, source});
     }
     std::vector<BitmapDraw> draws;
-};
-
-// Each poll of the buttons takes the next step of the script, whose point is
-// then the mouse location. Past the end of the script the buttons are up.
-class ScriptedMouse : public CDrawContext {
-public:
-    void add(long buttons, CPoint where) { steps.emplace_back(buttons, where); }
-    long getMouseButtons() override {
-        ++polls;
-        if (steps.empty()) return 0;
-        const long buttons = steps.front().first;
-        location = steps.front().second;
-        steps.pop_front();
-        return buttons;
-    }
-    void getMouseLocation(CPoint& point) override { point = location; }
-
-    int polls = 0;
-
-private:
-    std::deque<std::pair<long, CPoint>> steps;
-    CPoint location;
 };
 
 } // namespace controltest

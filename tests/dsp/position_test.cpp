@@ -8,31 +8,6 @@ namespace {
 constexpr double kPi = 3.141592653589793;
 }
 
-TEST(EncoderPosition, PolarSettersMapToPhysicalUnits) {
-    ZelAmbisonicEncoder enc(kAmbi3P);
-    enc.setazim(0.25f);
-    EXPECT_FLOAT_EQ(enc.getazimdisplay(), 90.0f);
-    enc.setelev(1.0f);
-    EXPECT_FLOAT_EQ(enc.getelevdisplay(), 90.0f);
-    enc.setelev(0.0f);
-    EXPECT_FLOAT_EQ(enc.getelevdisplay(), -90.0f);
-    enc.setdist(1.0f);
-    EXPECT_EQ(enc.getdistdisplay(), 0.0f);
-    EXPECT_EQ(enc.getdistNF(), 0.5f);
-    enc.setdist(0.0f);
-    EXPECT_EQ(enc.getdistdisplay(), 4.0f);
-    enc.setdist(0.5f);
-    EXPECT_EQ(enc.getdistdisplay(), 2.0f);
-    enc.setNFC(0.0f);
-    EXPECT_EQ(enc.getNFCdisplay(), 0.5f);
-    enc.setNFC(1.0f);
-    EXPECT_EQ(enc.getNFCdisplay(), 4.0f);
-    // Out-of-range values map linearly; the filter distance never drops below 0.5 m.
-    enc.setdist(1.2f);
-    EXPECT_NEAR(enc.getdistdisplay(), -0.8f, 1e-6f);
-    EXPECT_EQ(enc.getdistNF(), 0.5f);
-}
-
 TEST(EncoderPosition, CartesianOutsideTheSphereIsPulledBackAlongItsDirection) {
     ZelAmbisonicEncoder enc(kAmbi3P);
     enc.setx(1.0f);

@@ -49,35 +49,6 @@ protected:
 
 } // namespace
 
-TEST_F(EditorTest, OpenPlacesControlsFromTheCurrentParameters) {
-    EXPECT_TRUE(plugin->getAeffect()->flags & effFlagsHasEditor);
-    ERect* rect = nullptr;
-    ASSERT_TRUE(editor->getRect(&rect));
-    const ERect before = *rect;
-    EXPECT_EQ(before.right, 300);
-    EXPECT_EQ(before.bottom, 260);
-    open();
-    ASSERT_NE(editor->getTouchPad(), nullptr);
-    // Default program: x = 4 m ahead, y = 0: the handle at the top centre.
-    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
-    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.0f);
-    EXPECT_EQ(editor->getTouchPad()->getTag(), kX);
-    // Compensation off (1.0) shows the switch's first frame.
-    EXPECT_EQ(editor->getNfcSwitch()->getValue(), 0.0f);
-    EXPECT_EQ(editor->getNfcSwitch()->getFrameIndex(), 0);
-    EXPECT_EQ(editor->getNfcSwitch()->getTag(), kNFC);
-    EXPECT_EQ(shown(editor->getNfcDisplay()), "off");
-    EXPECT_EQ(shown(editor->getXDisplay()), hostText(kX));
-    EXPECT_EQ(shown(editor->getYDisplay()), hostText(kY));
-    CRect pad;
-    editor->getTouchPad()->getViewSize(pad);
-    EXPECT_EQ(pad, CRect(85, 77, 258, 250));
-    editor->close();
-    ASSERT_TRUE(editor->getRect(&rect));
-    EXPECT_EQ(rect->right, before.right) << "the size does not change with open and close";
-    EXPECT_EQ(rect->bottom, before.bottom);
-}
-
 TEST_F(EditorTest, PadPositionFollowsTheCoordinates) {
     open();
     plugin->setParameter(kX, 0.5f);

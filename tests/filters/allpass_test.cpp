@@ -66,55 +66,6 @@ TEST(AllPass, LinearVariantsGiveBackTheInputAtUnitGains) {
     std::printf("all-pass: worst reconstruction error %.3g\n", worst);
 }
 
-TEST(AllPass, LowBandPassesDcAndBlocksNyquist) {
-    const float fs = 44100.0f;
-    AllPass filter(1 << 15);
-    filter.SetCutOff(500.0f, fs);
-    std::vector<float> h = measure::impulse(1 << 15);
-    filter.ProcessAudio(h.data(), 1.0f, 0.0f, static_cast<long>(h.size()));
-    EXPECT_NEAR(std::abs(measure::dtft(h, 0.0, fs)), 1.0, 1e-5);
-    EXPECT_NEAR(std::abs(measure::dtft(h, fs / 2.0, fs)), 0.0, 1e-5);
-    // Both bands are at -3 dB at the crossover.
-    EXPECT_NEAR(std::abs(measure::dtft(h, 500.0, fs)), std::sqrt(0.5), 1e-5);
-}
-
-TEST(AllPass, DecibelVariantsInvertTheHighBand) {
-    std::vector<float> x = measure::noise(2000, 3);
-    const long n = static_cast<long>(x.size());
-    auto run = [&](float gLo, float gHi, bool decibels) {
-        AllPass filter(2000);
-        filter.SetCutOff(2000.0f, 48000.0f);
-        std::vector<float> out(x.size());
-        if (decibels)
-            filter.ProcessAudio(x.data(), out.data(), gLo, gHi, n, true);
-        else
-            filter.ProcessAudio(x.data(), out.data(), gLo, gHi, n);
-        return out;
-    };
-    AllPass reference(2000);
-    reference.SetCutOff(2000.0f, 48000.0f);
-    std::vector<float> allPassed(x.size());
-    reference.DoAllPass(x.data(), allPassed.data(), n, reference.getcoef());
-
-    const std::vector<float> flat = run(0.0f, 0.0f, true);
-    const std::vector<float> lowDb = run(0.0f, kMinusInfinityDb, true);
-    const std::vector<float> lowLinear = run(1.0f, 0.0f, false);
-    const std::vector<float> highDb = run(kMinusInfinityDb, 0.0f, true);
-    const std::vector<float> highLinear = run(0.0f, 1.0f, false);
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        ASSERT_NEAR(flat[i], allPassed[i], 1.2e-7f) << i;
-        ASSERT_EQ(lowDb[i], lowLinear[i]) << i;
-        ASSERT_EQ(highDb[i], -highLinear[i]) << i;
-    }
-
-    // The in-place decibel form agrees with the separate one.
-    AllPass inPlace(2000);
-    inPlace.SetCutOff(2000.0f, 48000.0f);
-    std::vector<float> io = x;
-    inPlace.ProcessAudio(io.data(), 0.0f, kMinusInfinityDb, n, true);
-    EXPECT_EQ(io, lowDb);
-}
-
 TEST(AllPass, InstancesInterleavedOnOneThreadDoNotDisturbEachOther) {
     std::vector<float> x = measure::noise(1024, 5);
     AllPass a1(64), b1(64), a2(64), b2(64);

@@ -85,33 +85,4 @@ TEST_F(ZelrenderHostBehaviour, StartsLikeADawAndSplitsBlocksAtTimeStamps) {
     for (long long i = 0; i < out.frames(); ++i) ASSERT_EQ(out.samples[i * 16], input[i]) << i;
 }
 
-// The writes between the start-up requests and switching on: without
-// options the source is ahead and far; a cartesian one starts from the centre.
-TEST_F(ZelrenderHostBehaviour, WritesOfAFixedPosition) {
-    std::vector<std::string> log = requests({"--block", "1000"});
-    EXPECT_EQ(log, (std::vector<std::string>{
-                       "host version 2400", "open", "rate 48000", "block 1000", param(6, 1.0f),
-                       param(0, 0.0f), param(1, 0.5f), param(5, 0.0f), "mains 1",
-                       "host rate 48000 block 1000", "process 1000", "mains 0", "close"}));
-    log = requests({"--x", "1", "--y", "-2", "--z", "0.5"});
-    const std::vector<std::string> writes = {param(6, 1.0f),
-                                             param(5, mapping.distance(0.0)),
-                                             param(2, mapping.coordinate(kXParam, 1)),
-                                             param(3, mapping.coordinate(kYParam, -2)),
-                                             param(4, mapping.coordinate(kZParam, 0.5)),
-                                             "mains 1"};
-    ASSERT_GE(log.size(), 4 + writes.size());
-    EXPECT_EQ(std::vector<std::string>(log.begin() + 4, log.begin() + 4 + writes.size()), writes);
-}
-
-// (The polar form is read in the test above; errors are checked through
-// the command line.)
-TEST(ZelrenderPathFile, ReadsCartesianLines) {
-    std::istringstream text("cartesian\n0 1 -2 0.5\n");
-    const AutomationPath path = AutomationPath::parse(text, "test.path");
-    ASSERT_EQ(path.points().size(), 1u);
-    const auto& p = std::get<CartesianPosition>(path.points()[0].position);
-    EXPECT_EQ(std::make_tuple(p.x, p.y, p.z), std::make_tuple(1.0, -2.0, 0.5));
-}
-
 } // namespace
