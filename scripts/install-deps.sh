@@ -12,8 +12,9 @@ packages=(
   libxcb1-dev libcairo2-dev libxcb-xtest0-dev xvfb xauth
   # editor images, drawn at build time with Cairo in the DejaVu fonts
   libfontconfig-dev fonts-dejavu-core
-  # command-line renderer
-  libsndfile1-dev
+  # command-line renderer: audio files, the headphone preview's decoder and
+  # HRTF sets, the path pictures
+  libsndfile1-dev libspatialaudio-dev libmysofa-dev libmysofa1
   # real host used by the host-compatibility test
   ardour
 )

@@ -14,7 +14,8 @@ mkdir -p "$vst_dir" out
 install -m 0755 "$build/ZelAmbiEnc/ZelAmbiEnc.so" "$vst_dir/ZelAmbiEnc.so"
 
 # The demo renders through the installed copy, exactly as a host would load it.
-"$build/tools/zelrender" --plugin "$vst_dir/ZelAmbiEnc.so" -o out/demo.wav
+"$build/tools/zelrender" --plugin "$vst_dir/ZelAmbiEnc.so" -o out/demo.wav \
+  --binaural out/demo-headphones.wav --plot out/demo.png
 
 cat <<DONE
 
@@ -22,5 +23,7 @@ Plug-in:     $vst_dir/ZelAmbiEnc.so   (hosts scan ~/.vst)
 Renderer:    $PWD/$build/tools/zelrender   (zelrender --help)
 Editor:      $PWD/$build/tools/zeledit   (opens the plug-in's window without a DAW)
 Demo render: $PWD/out/demo.wav   (16-channel AmbiX: ACN order, SN3D, 32-bit float, 48 kHz)
+Headphones:  $PWD/out/demo-headphones.wav   (the same scene decoded for headphones: listen to it)
+Picture:     $PWD/out/demo.png   (the source's path: top view, azimuth, elevation, distance)
 Benchmarks:  $PWD/$build/bench/
 DONE

@@ -61,27 +61,31 @@ protected:
 };
 
 TEST_F(ZelrenderRefuses, InputsItCannotReadAndMalformedCommandLines) {
-    expectRefused({{"DIR/missing.wav -o OUT", 1, "cannot read input"},
-                   {"DIR/notaudio.wav -o OUT", 1, "cannot read input"},
-                   {"DIR/ -o OUT", 1, "not a regular file"},
-                   {"DIR/stereo.wav -o OUT", 1, "has 2 channels"},
-                   {"IN -o DIR/nowhere/out.wav", 1, "cannot write"},
-                   {"IN -o OUT --loudness 3", 2, "unknown option '--loudness'"},
-                   {"IN", 2, "no output file"},
-                   {"IN -o OUT --azimuth", 2, "--azimuth needs a value"},
-                   {"IN -o OUT --azimuth north", 2, "azimuth 'north' is not a number"},
-                   {"IN -o OUT --distance nan", 2, "is not a number"},
-                   {"IN -o OUT --quiet=yes", 2, "--quiet takes no value"},
-                   {"IN DIR/second.wav -o OUT", 2, "more than one input"},
-                   {"IN -o OUT --azimuth 10 --x 1", 2, "not both"},
-                   {"IN -o IN", 2, "overwrite the input"},
-                   {"IN -o DIR/link.wav", 1, "the render would replace it"},
-                   {"DIR/hard.wav -o IN", 1, "the render would replace it"},
-                   {"IN -o DIR/./mono.wav", 1, "the render would replace it"},
-                   {"IN -o DIR/", 1, "it is a directory"},
-                   {"DIR/empty.wav -o OUT", 1, "holds no samples"},
-                   {"-o OUT --azimuth 10", 2, "demo has its own trajectory"},
-                   {"--info -o OUT", 2, "--info writes no file"}});
+    expectRefused(
+        {{"DIR/missing.wav -o OUT", 1, "cannot read input"},
+         {"DIR/notaudio.wav -o OUT", 1, "cannot read input"},
+         {"DIR/ -o OUT", 1, "not a regular file"},
+         {"DIR/stereo.wav -o OUT", 1, "has 2 channels"},
+         {"IN -o DIR/nowhere/out.wav", 1, "cannot write"},
+         {"IN -o OUT --loudness 3", 2, "unknown option '--loudness'"},
+         {"IN", 2, "no output file"},
+         {"IN -o OUT --azimuth", 2, "--azimuth needs a value"},
+         {"IN -o OUT --azimuth north", 2, "azimuth 'north' is not a number"},
+         {"IN -o OUT --distance nan", 2, "is not a number"},
+         {"IN -o OUT --quiet=yes", 2, "--quiet takes no value"},
+         {"IN DIR/second.wav -o OUT", 2, "more than one input"},
+         {"IN -o OUT --azimuth 10 --x 1", 2, "not both"},
+         {"IN -o IN", 2, "overwrite the input"},
+         {"IN -o DIR/link.wav", 1, "the render would replace it"},
+         {"DIR/hard.wav -o IN", 1, "the render would replace it"},
+         {"IN -o DIR/./mono.wav", 1, "the render would replace it"},
+         {"IN -o DIR/", 1, "it is a directory"},
+         {"DIR/empty.wav -o OUT", 1, "holds no samples"},
+         {"-o OUT --azimuth 10", 2, "demo has its own trajectory"},
+         {"--info -o OUT", 2, "--info writes no file"},
+         {"IN -o OUT --hrtf DIR/notaudio.wav", 2, "give --binaural FILE too"},
+         {"IN -o OUT --binaural DIR/h.wav --hrtf DIR/none.sofa", 1, "cannot read HRTF set"},
+         {"IN -o OUT --binaural DIR/h.wav --hrtf DIR/notaudio.wav", 1, "cannot use"}});
 }
 
 TEST_F(ZelrenderRefuses, ValuesOutOfRange) {

@@ -78,6 +78,26 @@ int MonoFileReader::read(float* samples, int count) {
 
 // ------------------------------------------------------------ output target
 
+void writeFileAtomically(const std::string& path, const std::string& bytes) {
+    std::string temporary = directoryOf(path) + "/." + baseNameOf(path) + ".XXXXXX";
+    const int fd = mkstemp(temporary.data());
+    if (fd < 0) throw AudioFileError("cannot write '" + path + "': " + std::strerror(errno));
+    fchmod(fd, 0666 & ~currentUmask());
+    bool written = true;
+    for (std::size_t done = 0; written && done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        written = n > 0;
+        done += written ? static_cast<std::size_t>(n) : 0;
+    }
+    const int error = errno;
+    written = close(fd) == 0 && written && std::rename(temporary.c_str(), path.c_str()) == 0;
+    if (!written) {
+        unlink(temporary.c_str());
+        throw AudioFileError("cannot write '" + path +
+                             "': " + std::strerror(error ? error : errno));
+    }
+}
+
 void checkOutputTarget(const std::string& output, const std::string& input) {
     struct stat target {};
     if (stat(output.c_str(), &target) == 0) {

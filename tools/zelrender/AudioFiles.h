@@ -52,6 +52,10 @@ private:
     std::int64_t nonFinite = 0;
 };
 
+// Writes bytes to a file that appears under its name only when complete,
+// like AtomicWavWriter; throws AudioFileError when it cannot.
+void writeFileAtomically(const std::string& path, const std::string& bytes);
+
 // Refuses, before anything is rendered, an output that would replace the
 // input (the same file under any name: links and hard links included) or
 // that cannot be written where it is named (a directory, a missing or

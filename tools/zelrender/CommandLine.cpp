@@ -74,6 +74,12 @@ Options CommandLine::parse(const std::vector<std::string>& arguments) {
             options.outputPath = value();
         } else if (name == "--path") {
             options.pathFile = value();
+        } else if (name == "--binaural") {
+            options.binauralPath = value();
+        } else if (name == "--hrtf") {
+            options.hrtfPath = value();
+        } else if (name == "--plot") {
+            options.plotPath = value();
         } else if (name == "--azimuth") {
             parts.azimuth = parseNumber(value(), "azimuth");
         } else if (name == "--elevation") {
@@ -116,8 +122,11 @@ Options CommandLine::parse(const std::vector<std::string>& arguments) {
         throw UsageError("the built-in demo has its own trajectory; give an input file to "
                          "place a source yourself");
     }
-    if (options.info && !options.outputPath.empty()) {
-        throw UsageError("--info writes no file; leave out --output");
+    if (options.info && !(options.outputPath + options.binauralPath + options.plotPath).empty()) {
+        throw UsageError("--info writes no file; leave out --output, --binaural and --plot");
+    }
+    if (!options.hrtfPath.empty() && options.binauralPath.empty()) {
+        throw UsageError("--hrtf chooses the set for --binaural; give --binaural FILE too");
     }
     if (!options.info && options.outputPath.empty()) {
         throw UsageError("no output file: give one with -o FILE");
@@ -163,6 +172,14 @@ Source position (polar or Cartesian, not both; default: straight ahead, far):
                      (= 4 m, the default) renders distance by panning
                      towards the centre instead
   --path FILE        a moving source: time-stamped positions, see below
+
+Listening and looking:
+  --binaural FILE    also write a 2-channel headphone version (the ambisonic
+                     result decoded at third order through an HRTF set)
+  --hrtf FILE.sofa   the HRTF set for --binaural (default: Debian's
+                     /usr/share/libmysofa/default.sofa)
+  --plot FILE.png    draw the source's path: a top view and azimuth,
+                     elevation and distance over time
 
 Other options:
   --program N        select the plug-in's program N (1 .. 16) first

@@ -19,7 +19,10 @@ struct Options {
     std::string pluginPath; // empty: look in the usual places
     std::string inputPath;  // empty: the built-in demo
     std::string outputPath;
-    std::string pathFile; // automation path; excludes a fixed position
+    std::string pathFile;     // automation path; excludes a fixed position
+    std::string binauralPath; // headphone preview, if wanted
+    std::string hrtfPath;     // empty: the default set
+    std::string plotPath;     // picture of the path, if wanted
     SourcePosition position = PolarPosition{};
     bool positionGiven = false;
     std::optional<double> compensation; // none: off

@@ -3,10 +3,12 @@
 
 #include "AudioFiles.h"
 #include "AutomationPath.h"
+#include "BinauralPreview.h"
 #include "BlockRenderer.h"
 #include "CommandLine.h"
 #include "DemoScene.h"
 #include "Interruption.h"
+#include "PathPlot.h"
 #include "PluginInfo.h"
 #include "PluginLocator.h"
 #include "ProgressBar.h"
@@ -95,12 +97,28 @@ int render(const Options& options) {
 
     AtomicWavWriter output(options.outputPath, kAmbisonicChannels, static_cast<int>(rate),
                            source.frames());
+    std::vector<AmbisonicSink*> sinks = {&output};
+    std::unique_ptr<BinauralPreview> headphones;
+    if (!options.binauralPath.empty()) {
+        checkOutputTarget(options.binauralPath, options.inputPath);
+        headphones = std::make_unique<BinauralPreview>(
+            options.binauralPath,
+            options.hrtfPath.empty() ? BinauralPreview::kDefaultHrtf : options.hrtfPath,
+            static_cast<int>(rate), source.frames());
+        sinks.push_back(headphones.get());
+    }
+    if (!options.plotPath.empty()) checkOutputTarget(options.plotPath, options.inputPath);
+    SinkFanout allOutputs(sinks);
     ProgressBar progress(
         std::cerr, source.frames(), rate,
         !options.quiet && ProgressBar::wanted(source.frames(), rate, isatty(STDERR_FILENO) != 0));
     BlockRenderer(plugin, options.blockSize, kAmbisonicChannels)
-        .render(source, output, schedule, progress);
+        .render(source, allOutputs, schedule, progress);
     output.commit();
+    if (headphones) headphones->commit();
+    if (!options.plotPath.empty())
+        PathPlot(job.path, job.compensation, static_cast<double>(source.frames()) / rate)
+            .write(options.plotPath);
     if (const std::int64_t bad = source.nonFiniteSamples())
         std::cerr << "zelrender: " << bad << " input samples were not numbers (NaN or infinite);"
                   << " the encoder wrote silence in their place\n";
