@@ -27,3 +27,7 @@ cmake -S . -B build/tsan -DZEL_WERROR=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZEL
   -DZEL_BUILD_BENCH=OFF >/dev/null
 cmake --build build/tsan -j"$jobs" --target plugin_editor_threads_test plugin_hostile_test
 (cd build/tsan && ctest --output-on-failure -j"$jobs" -L tsan)
+
+# The host-interface fuzzer, for a bounded minute.
+echo "=== fuzz build and run" >&2
+bash scripts/fuzz.sh
