@@ -1,19 +1,31 @@
 #!/usr/bin/env bash
-# The whole test suite: a release build with warnings as errors, then the same
-# tests again under AddressSanitizer and UndefinedBehaviorSanitizer, and the
-# editor's thread tests under ThreadSanitizer.
+# The whole test suite: a release build with warnings as errors, the same
+# tests again under AddressSanitizer and UndefinedBehaviorSanitizer, the
+# thread tests under ThreadSanitizer, and a bounded run of the host-interface
+# fuzzer. Ends with one line counting every test that ran.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 
 jobs=$(nproc)
+passed=0
+# Runs ctest in a build folder (extra arguments go to ctest) and counts its tests.
+run_ctest() {
+  local dir=$1
+  shift
+  local log
+  log=$(mktemp)
+  (cd "$dir" && ctest --output-on-failure -j"$jobs" "$@") | tee "$log"
+  passed=$((passed + $(sed -n 's/.*tests passed, 0 tests failed out of \([0-9]*\).*/\1/p' "$log")))
+  rm -f "$log"
+}
 suite() {
   local name=$1
   shift
   echo "=== $name build" >&2
   cmake -S . -B "build/$name" -DZEL_WERROR=ON "$@" >/dev/null
   cmake --build "build/$name" -j"$jobs"
-  (cd "build/$name" && ctest --output-on-failure -j"$jobs")
+  run_ctest "build/$name"
 }
 
 suite test -DCMAKE_BUILD_TYPE=Release
@@ -26,8 +38,11 @@ echo "=== tsan build" >&2
 cmake -S . -B build/tsan -DZEL_WERROR=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZEL_SANITIZE=thread \
   -DZEL_BUILD_BENCH=OFF >/dev/null
 cmake --build build/tsan -j"$jobs" --target plugin_editor_threads_test plugin_hostile_test
-(cd build/tsan && ctest --output-on-failure -j"$jobs" -L tsan)
+run_ctest build/tsan -L tsan
 
 # The host-interface fuzzer, for a bounded minute.
 echo "=== fuzz build and run" >&2
 bash scripts/fuzz.sh
+passed=$((passed + 1))
+
+echo "total: $passed passed, 0 failed"
