@@ -152,11 +152,6 @@ WindowImage XClient::image(xcb_window_t window, int width, int height, int x, in
     return result;
 }
 
-std::uint32_t XClient::pixel(xcb_window_t window, int x, int y) {
-    const WindowImage one = image(window, 1, 1, x, y);
-    return one.pixels.empty() ? ~0u : one.pixels[0];
-}
-
 WindowGeometry XClient::geometry(xcb_window_t window) {
     WindowGeometry result;
     xcb_get_geometry_reply_t* reply =
@@ -197,33 +192,6 @@ void XClient::pressButton(std::uint8_t button) {
 void XClient::releaseButton(std::uint8_t button) {
     fakeInput(XCB_BUTTON_RELEASE, button);
 }
-void XClient::pressKey(std::uint32_t keysym) {
-    fakeInput(XCB_KEY_PRESS, keycodeFor(keysym));
-}
-void XClient::releaseKey(std::uint32_t keysym) {
-    fakeInput(XCB_KEY_RELEASE, keycodeFor(keysym));
-}
-
-std::uint8_t XClient::keycodeFor(std::uint32_t keysym) {
-    const xcb_setup_t* setup = xcb_get_setup(connection);
-    const std::uint8_t first = setup->min_keycode;
-    const std::uint8_t count = static_cast<std::uint8_t>(setup->max_keycode - first + 1);
-    xcb_get_keyboard_mapping_reply_t* mapping = xcb_get_keyboard_mapping_reply(
-        connection, xcb_get_keyboard_mapping(connection, first, count), nullptr);
-    if (!mapping) return 0;
-    const xcb_keysym_t* syms = xcb_get_keyboard_mapping_keysyms(mapping);
-    const int perCode = mapping->keysyms_per_keycode;
-    std::uint8_t found = 0;
-    for (int code = 0; code < count && !found; code++)
-        for (int k = 0; k < perCode; k++)
-            if (syms[code * perCode + k] == keysym) {
-                found = static_cast<std::uint8_t>(first + code);
-                break;
-            }
-    std::free(mapping);
-    return found;
-}
-
 void XClient::sync() {
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }

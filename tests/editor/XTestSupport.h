@@ -52,8 +52,6 @@ public:
     bool isViewable(xcb_window_t window);
     // Width x height pixels of a window from (x, y); empty if unreadable.
     WindowImage image(xcb_window_t window, int width, int height, int x = 0, int y = 0);
-    // The 0xRRGGBB colour of one pixel of a window, or ~0 if unreadable.
-    std::uint32_t pixel(xcb_window_t window, int x, int y);
     // Position within the parent and size; all 0 if the window is gone.
     WindowGeometry geometry(xcb_window_t window);
     // The window's WM_NAME, as a host's top-level window carries its title.
@@ -64,13 +62,10 @@ public:
     void movePointer(int x, int y);
     void pressButton(std::uint8_t button);
     void releaseButton(std::uint8_t button);
-    void pressKey(std::uint32_t keysym);
-    void releaseKey(std::uint32_t keysym);
     // Returns after the server has handled everything sent so far.
     void sync();
 
 private:
-    std::uint8_t keycodeFor(std::uint32_t keysym);
     void fakeInput(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
 
     xcb_connection_t* connection;
