@@ -15,6 +15,8 @@ packages=(
   # command-line renderer: audio files, the headphone preview's decoder and
   # HRTF sets, the path pictures
   libsndfile1-dev libspatialaudio-dev libmysofa-dev libmysofa1
+  # the LV2 shell, and the LV2 host tools its test uses
+  lv2-dev lilv-utils sndfile-programs
   # real host used by the host-compatibility test
   ardour
 )

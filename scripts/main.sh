@@ -12,6 +12,11 @@ cmake --build "$build" -j"$(nproc)"
 vst_dir="${HOME:?HOME is not set}/.vst"
 mkdir -p "$vst_dir" out
 install -m 0755 "$build/ZelAmbiEnc/ZelAmbiEnc.so" "$vst_dir/ZelAmbiEnc.so"
+# The LV2 bundle, for hosts that prefer LV2 (they scan ~/.lv2).
+lv2_dir="$HOME/.lv2"
+mkdir -p "$lv2_dir"
+rm -rf "$lv2_dir/ZelAmbiEnc.lv2"
+cp -r "$build/lv2-bundles/ZelAmbiEnc.lv2" "$lv2_dir/"
 
 # The demo renders through the installed copy, exactly as a host would load it.
 "$build/tools/zelrender" --plugin "$vst_dir/ZelAmbiEnc.so" -o out/demo.wav \
@@ -19,7 +24,8 @@ install -m 0755 "$build/ZelAmbiEnc/ZelAmbiEnc.so" "$vst_dir/ZelAmbiEnc.so"
 
 cat <<DONE
 
-Plug-in:     $vst_dir/ZelAmbiEnc.so   (hosts scan ~/.vst)
+Plug-in:     $vst_dir/ZelAmbiEnc.so   (VST 2.4: hosts scan ~/.vst)
+LV2 plug-in: $lv2_dir/ZelAmbiEnc.lv2   (LV2: hosts scan ~/.lv2; URI urn:zelworks:orvalis-xy3-3d)
 Renderer:    $PWD/$build/tools/zelrender   (zelrender --help)
 Editor:      $PWD/$build/tools/zeledit   (opens the plug-in's window without a DAW)
 Demo render: $PWD/out/demo.wav   (16-channel AmbiX: ACN order, SN3D, 32-bit float, 48 kHz)

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-// A value the user gave that zelrender cannot use: a bad number or one out
+// A value the user gave that the encoder cannot take: a bad number or one out
 // of range. The message names the quantity and its allowed range.
 struct ValueError : std::runtime_error {
     using std::runtime_error::runtime_error;
