@@ -1,6 +1,7 @@
 #include "AmbiEncoderClass.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -36,6 +37,19 @@ int channelCount(AmbiOrder order) {
         return 9;
     }
     return 0; // unsupported layouts get no channels and no filters
+}
+
+// True if a sample is NaN, infinite or so large (beyond 2^99) that gains and
+// near-field filters could carry it past the largest float. Bits, not float
+// compares, so that the loop stays cheap.
+bool hasHugeOrNonFinite(const float* samples, int n) {
+    std::uint32_t hit = 0;
+    for (int i = 0; i < n; ++i) {
+        std::uint32_t bits;
+        std::memcpy(&bits, samples + i, sizeof bits);
+        hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > 0x71000000u);
+    }
+    return hit != 0;
 }
 
 float filterDistance(float dist) {
@@ -379,6 +393,7 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
     applyDesign(p);
 
     const float* in = inputs[0];
+    const bool oddInput = hasHugeOrNonFinite(in, n); // before the input may be overwritten
     for (int i = 0; i < n; ++i) {
         const float u = in[i]; // before any output of this sample is written
         for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(p.gains[c]);
@@ -395,27 +410,38 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
                 false);
         }
     }
-    recover(outputs, n, p);
+    recover(outputs, n, p, oddInput);
 }
 
-void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p) {
-    // Finite values pass untouched, so finite input gives the same bits.
+void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, bool oddInput) {
+    // Only a block whose input, gains or states went wrong can hold a NaN or
+    // an infinity; the others are left alone, which costs a few checks.
+    bool scrub = oddInput;
     for (int c = 0; c < ncoefs; ++c) {
-        float* out = outputs[c];
-        for (int i = 0; i < n; ++i)
-            if (!std::isfinite(out[i])) out[i] = 0.0f;
-        if (!std::isfinite(dezip[c].current()))
+        scrub = scrub || !std::isfinite(p.gains[c]);
+        if (!std::isfinite(dezip[c].current())) {
             dezip[c].init(std::isfinite(p.gains[c]) ? p.gains[c] : 0.0f);
+            scrub = true;
+        }
     }
     const FilterSet set = filterset(order);
-    auto recoverAll = [](auto* filters, int count) {
-        for (int i = 0; i < count; ++i)
-            if (!filters[i].isfinite()) filters[i].reset();
+    auto recoverAll = [&scrub](auto* filters, int count) {
+        for (int i = 0; i < count; ++i) {
+            if (!filters[i].isfinite()) {
+                filters[i].reset();
+                scrub = true;
+            }
+        }
     };
     recoverAll(nf1, set.n1);
     recoverAll(nf2, set.n2);
     recoverAll(nf3, set.n3);
     recoverAll(nf4, set.n4);
+    // Finite values pass untouched, so finite results keep their bits.
+    for (int c = 0; scrub && c < ncoefs; ++c) {
+        for (int i = 0; i < n; ++i)
+            if (!std::isfinite(outputs[c][i])) outputs[c][i] = 0.0f;
+    }
 }
 
 void ZelAmbisonicEncoder::resume() {

@@ -130,7 +130,7 @@ private:
     // Clears what a non-finite sample or parameter left in the block's
     // outputs, the gain smoothers and the filters, so that the next block
     // starts clean.
-    void recover(float** outputs, int n, const Position& p);
+    void recover(float** outputs, int n, const Position& p, bool oddInput);
 
     template <typename Op> void filterChannels(Op&& run, bool nearSource);
 
