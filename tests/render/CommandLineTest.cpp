@@ -165,7 +165,7 @@ TEST_F(ZelrenderRefuses, InterruptionKeepsAnEarlierOutputFile) {
 
 // Samples that are no numbers and a time stamp far beyond the input are
 // rendered (exit 0); the odd samples are counted on standard error.
-TEST_F(ZelrenderRefuses, NothingForSamplesThatAreNoNumbersOrTimesBeyondTheInput) {
+TEST_F(ZelrenderRefuses, RendersSamplesThatAreNoNumbersAndTimesBeyondTheInput) {
     std::vector<float> samples = testNoise(4800, 5);
     samples[10] = samples[20] = std::nanf("");
     samples[30] = INFINITY;
