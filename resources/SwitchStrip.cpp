@@ -1,5 +1,5 @@
 #include "Artwork.h"
-#include "EditorGeometry.h"
+#include "EditorLayout.h"
 
 namespace artwork {
 

@@ -1,11 +1,12 @@
 // Draws the editor's images into a directory:
 //     zelimages <output directory>
-// writes bmp00131.png (background), bmp00135.png (switch filmstrip),
-// bmp00137.png (pad), bmp00138.png (handle) and editor-preview.png (all of them
-// put together, for looking at). Exits with 1 if anything cannot be written.
+// writes the background, the switch filmstrip, the pad and the handle under
+// the file names of their resource numbers (bmp%05d.png), and
+// editor-preview.png (all of them put together, for looking at). Exits with 1
+// if anything cannot be written.
 
 #include "Artwork.h"
-#include "EditorGeometry.h"
+#include "EditorLayout.h"
 
 #include <cairo.h>
 #include <fontconfig/fontconfig.h>
@@ -15,7 +16,13 @@
 
 namespace {
 
-bool save(const Canvas& canvas, const std::string& directory, const char* name) {
+std::string imageFile(int resource) {
+    char name[32];
+    std::snprintf(name, sizeof name, "bmp%05d.png", resource);
+    return name;
+}
+
+bool save(const Canvas& canvas, const std::string& directory, const std::string& name) {
     const std::string path = directory + "/" + name;
     if (canvas.writePng(path)) return true;
     std::fprintf(stderr, "zelimages: cannot write %s\n", path.c_str());
@@ -46,10 +53,10 @@ int main(int argc, char** argv) {
         artwork::drawHandle(handle);
         artwork::drawPreview(preview, background, filmstrip, pad, handle);
 
-        ok = save(background, directory, "bmp00131.png") && ok;
-        ok = save(filmstrip, directory, "bmp00135.png") && ok;
-        ok = save(pad, directory, "bmp00137.png") && ok;
-        ok = save(handle, directory, "bmp00138.png") && ok;
+        ok = save(background, directory, imageFile(kBackgroundImage)) && ok;
+        ok = save(filmstrip, directory, imageFile(kSwitchImage)) && ok;
+        ok = save(pad, directory, imageFile(kPadImage)) && ok;
+        ok = save(handle, directory, imageFile(kHandleImage)) && ok;
         ok = save(preview, directory, "editor-preview.png") && ok;
     }
     // Drop cairo's and fontconfig's caches so that leak checkers see a clean exit.

@@ -6,6 +6,7 @@
 // with the parent's XID, then effEditIdle to pump; the editor's state is read back from its pixels,
 // as a user sees it.
 
+#include "EditorLayout.h"
 #include "VstPlugin.h"
 #include "XTestSupport.h"
 
@@ -18,23 +19,23 @@ namespace editortest {
 
 enum { kAzim = 0, kElev = 1, kX = 2, kY = 3, kZ = 4, kDist = 5, kNFC = 6 };
 
-// The editor's layout in window pixels, as the user finds it.
+// The editor's layout in window pixels, where the user finds the controls.
 namespace layout {
-constexpr int kWidth = 300;
-constexpr int kHeight = 260;
-constexpr int kPadLeft = 85;
-constexpr int kPadTop = 77;
-constexpr int kPadSide = 173;
-constexpr int kHandleSide = 20;
-constexpr int kSwitchLeft = 50;
-constexpr int kSwitchTop = 77;
-constexpr int kSwitchRight = 74;
-constexpr int kSwitchBottom = 173;
-constexpr int kSwitchPositions = 79;
-constexpr int kNfcDisplayLeft = 42;
-constexpr int kNfcDisplayTop = 177;
-constexpr int kNfcDisplayRight = 82;
-constexpr int kNfcDisplayBottom = 197;
+constexpr int kWidth = geometry::kWindowWidth;
+constexpr int kHeight = geometry::kWindowHeight;
+constexpr int kPadLeft = geometry::kPad.left;
+constexpr int kPadTop = geometry::kPad.top;
+constexpr int kPadSide = geometry::kPad.right - geometry::kPad.left;
+constexpr int kHandleSide = geometry::kHandleSize;
+constexpr int kSwitchLeft = geometry::kSwitch.left;
+constexpr int kSwitchTop = geometry::kSwitch.top;
+constexpr int kSwitchRight = geometry::kSwitch.right;
+constexpr int kSwitchBottom = geometry::kSwitch.bottom;
+constexpr int kSwitchPositions = geometry::kSwitchFrames;
+constexpr int kNfcDisplayLeft = geometry::kSwitchDisplay.left;
+constexpr int kNfcDisplayTop = geometry::kSwitchDisplay.top;
+constexpr int kNfcDisplayRight = geometry::kSwitchDisplay.right;
+constexpr int kNfcDisplayBottom = geometry::kSwitchDisplay.bottom;
 } // namespace layout
 
 class HostedEditorPlugin {

@@ -1,5 +1,6 @@
 #include "ZAE_editor.h"
 
+#include "EditorLayout.h"
 #include "ZelAmbiEncParams.h"
 #include "ZelTouchPad.h"
 #include "audioeffect.h"
@@ -8,12 +9,18 @@ const CColor kDisplayTextColour = {28, 174, 255, 255};
 
 namespace {
 
-// Image resources, by number.
-enum { kBackgroundImage = 131, kSwitchImage = 135, kPadImage = 137, kHandleImage = 138 };
+using geometry::kBackgroundImage;
+using geometry::kHandleImage;
+using geometry::kPadImage;
+using geometry::kSwitchImage;
 
 // The compensation switch: one filmstrip frame per position.
-constexpr long kSwitchPositions = 79;
-constexpr CCoord kSwitchFrameHeight = 96;
+constexpr long kSwitchPositions = geometry::kSwitchFrames;
+constexpr CCoord kSwitchFrameHeight = geometry::kSwitchFrameHeight;
+
+CRect rectOf(const geometry::Rect& r) {
+    return CRect(r.left, r.top, r.right, r.bottom);
+}
 
 void showParameter(int index, char* text, void* userData) {
     if (userData != nullptr) static_cast<AudioEffect*>(userData)->getParameterDisplay(index, text);
@@ -82,23 +89,23 @@ bool ZAE_editor::open(void* parent) {
     // The pad's horizontal value is the complement of y, its vertical value
     // the complement of x: x grows towards the top, y towards the left.
     touchPad =
-        new ZelTouchPad(CRect(85, 77, 258, 250), this, kX, padBitmap, handleBitmap, CPoint(0, 0));
+        new ZelTouchPad(rectOf(geometry::kPad), this, kX, padBitmap, handleBitmap, CPoint(0, 0));
     touchPad->setXYValue(static_cast<float>(1.0 - P(kY)), static_cast<float>(1.0 - P(kX)));
     frame->addView(touchPad);
 
-    xDisplay = addDisplay(CRect(248, 75, 288, 95), kX, x_display);
-    yDisplay = addDisplay(CRect(248, 110, 288, 130), kY, y_display);
+    xDisplay = addDisplay(rectOf(geometry::kXDisplay), kX, x_display);
+    yDisplay = addDisplay(rectOf(geometry::kYDisplay), kY, y_display);
 
     // Frame 0 and the top of the switch stand for the parameter's 1.0
     // (compensation off), the last frame and the bottom for 0.0.
     nfcSwitch =
-        new CVerticalSwitch(CRect(50, 77, 74, 173), this, kNFC, kSwitchPositions,
+        new CVerticalSwitch(rectOf(geometry::kSwitch), this, kNFC, kSwitchPositions,
                             kSwitchFrameHeight, kSwitchPositions, switchBitmap, CPoint(0, 0));
     nfcSwitch->setValue(1.0f - P(kNFC));
     nfcSwitch->setTransparency(false);
     frame->addView(nfcSwitch);
 
-    nfcDisplay = addDisplay(CRect(42, 177, 82, 197), kNFC, NFC_display);
+    nfcDisplay = addDisplay(rectOf(geometry::kSwitchDisplay), kNFC, NFC_display);
 
     setKnobMode(0);
 

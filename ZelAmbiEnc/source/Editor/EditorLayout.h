@@ -1,8 +1,10 @@
 #pragma once
 
-// Where the editor places its controls on the background image, in window
-// pixels. The artwork is drawn around these rectangles, so they must stay in
-// step with the editor's layout.
+// The editor's layout, in window pixels, and the numbers of its images: the
+// one place they are written down. The editor places its controls here, the
+// image generator draws the artwork around these rectangles, the build embeds
+// the images by these numbers (it reads them from this file) and the tests
+// look for the controls here.
 namespace geometry {
 
 struct Rect {
@@ -31,6 +33,12 @@ constexpr double kNearestCompensation = 0.5;  // metres, the last frame
 constexpr double kFarthestCompensation = 4.0; // metres, frame 0 ("off")
 
 constexpr int kHandleSize = 20;
+
+// Image resources, found by the file name "bmp%05d.png" of their number.
+constexpr int kBackgroundImage = 131;
+constexpr int kSwitchImage = 135;
+constexpr int kPadImage = 137;
+constexpr int kHandleImage = 138;
 
 // The handle's centre travels over the pad less one handle on each axis; the
 // grid field is drawn over exactly that travel, so that the centre of the handle
