@@ -8,7 +8,10 @@ bundle=$1 zelrender=$2 vst=$3 scratch=$4
 uri=urn:zelworks:orvalis-xy3-3d
 export LV2_PATH
 LV2_PATH=$(dirname "$bundle")
-rm -rf "$scratch" && mkdir -p "$scratch"
+# A folder of this run's own: two runs at once must not share their files.
+mkdir -p "$(dirname "$scratch")"
+scratch=$(mktemp -d "$scratch.XXXXXX")
+trap 'rm -rf "$scratch"' EXIT
 fail() { echo "FAIL: $*" >&2; exit 1; }
 
 lv2ls | grep -qx "$uri" || fail "lv2ls does not list $uri"

@@ -34,7 +34,11 @@ done
 [ -f "$module" ] || fail "plug-in module $module not found"
 [ -x "$zelrender" ] || fail "zelrender $zelrender not found"
 
-rm -rf "$work"
+# A folder of this run's own, so that two runs at once (two ctest runs in
+# one build folder on a busy machine) never share a session or a cache.
+mkdir -p "$(dirname "$work")"
+work=$(mktemp -d "$work.XXXXXX")
+trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/home" "$work/config" "$work/cache" "$work/data" "$work/lxvst" "$work/logs"
 
 # Private configuration, cache and data keep the user's own Ardour setup out
