@@ -11,6 +11,8 @@ constexpr double kHalfPi = 1.5707963267948966;
 
 // Outer limit of both distances, and their "off" value.
 constexpr float kFarLimit = 4.0f;
+// Far beyond any real gain (at most a few units), still far from overflow.
+constexpr float kSaneGain = 1e6f;
 // Nearest distance handed to the near-field filters.
 constexpr float kNearestFilterDistance = 0.5f;
 constexpr float kSpeedOfSound = 342.0f;
@@ -39,7 +41,7 @@ int channelCount(AmbiOrder order) {
     return 0; // unsupported layouts get no channels and no filters
 }
 
-// True if a sample is NaN, infinite or so large (beyond 2^99) that gains and
+// True if a sample is NaN, infinite or so large (beyond 2^91) that gains and
 // near-field filters could carry it past the largest float. Bits, not float
 // compares, so that the loop stays cheap.
 bool hasHugeOrNonFinite(const float* samples, int n) {
@@ -47,7 +49,7 @@ bool hasHugeOrNonFinite(const float* samples, int n) {
     for (int i = 0; i < n; ++i) {
         std::uint32_t bits;
         std::memcpy(&bits, samples + i, sizeof bits);
-        hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > 0x71000000u);
+        hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > 0x6d000000u);
     }
     return hit != 0;
 }
@@ -416,11 +418,14 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
 void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, bool oddInput) {
     // Only a block whose input, gains or states went wrong can hold a NaN or
     // an infinity; the others are left alone, which costs a few checks.
+    // A gain far beyond any direction's (a parameter far out of its range
+    // makes one) counts as wrong too: with a large input it overflows.
+    auto sane = [](float gain) { return std::fabs(gain) <= kSaneGain; };
     bool scrub = oddInput;
     for (int c = 0; c < ncoefs; ++c) {
-        scrub = scrub || !std::isfinite(p.gains[c]);
-        if (!std::isfinite(dezip[c].current())) {
-            dezip[c].init(std::isfinite(p.gains[c]) ? p.gains[c] : 0.0f);
+        scrub = scrub || !sane(p.gains[c]);
+        if (!sane(dezip[c].current())) {
+            dezip[c].init(sane(p.gains[c]) ? p.gains[c] : 0.0f);
             scrub = true;
         }
     }
