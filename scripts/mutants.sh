@@ -2,7 +2,8 @@
 # Seeded faults: applies each fault of scripts/mutants.txt, one at a time, to a
 # scratch copy of the committed tree, rebuilds it, runs the release suite and
 # says whether the suite caught the fault. Not part of the test command: it
-# takes a while (an incremental build and a ctest run per fault).
+# takes a while (an incremental build and a ctest run per fault, each under
+# /tmp/zel-cpu.lock).
 #
 #   bash scripts/mutants.sh [REPORT]      REPORT: where the table goes (default: stdout)
 #   ZEL_MUTANTS='name1 name2' bash scripts/mutants.sh    only these faults
@@ -10,18 +11,32 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 report=${1:-/dev/stdout}
 jobs=$(nproc)
-scratch=$(mktemp -d "${TMPDIR:-/tmp}/zel-mutants.XXXXXX")
-trap 'rm -rf "$scratch"' EXIT
+# The scratch copy and its build stay between runs (build/ is not tracked), so
+# that a second run rebuilds only what changed. ZEL_MUTANTS_DIR moves them.
+scratch=${ZEL_MUTANTS_DIR:-$PWD/build/mutants}
 tree=$scratch/tree
+stage=$scratch/stage
 mkdir -p "$tree"
-git archive HEAD | tar -x -C "$tree"
+rm -rf "$stage" && mkdir -p "$stage"
+git archive HEAD | tar -x -C "$stage"
+# Only files whose content changed are copied, so that their times, and with
+# them the incremental build, stay as they were for the rest.
+(cd "$stage" && find . -type f) | while read -r file; do
+  cmp -s "$stage/$file" "$tree/$file" || { mkdir -p "$(dirname "$tree/$file")" && cp "$stage/$file" "$tree/$file"; }
+done
+(cd "$tree" && find . -path ./build -prune -o -type f -print) | while read -r file; do
+  [[ -e $stage/$file ]] || rm -f "$tree/$file"
+done
 
-build() { cmake --build "$tree/build" -j"$jobs" >"$scratch/build.log" 2>&1; }
-suite() { (cd "$tree/build" && ctest -j"$jobs" --timeout 300 >"$scratch/ctest.log" 2>&1); }
+# Every build and test run holds the machine's CPU lock for that one fault
+# only, so that other heavy jobs interleave with a long run.
+build() { flock /tmp/zel-cpu.lock cmake --build "$tree/build" -j"$jobs" >"$scratch/build.log" 2>&1; }
+suite() { (cd "$tree/build" && flock /tmp/zel-cpu.lock ctest -j"$jobs" --timeout 300 >"$scratch/ctest.log" 2>&1); }
 
+export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
 cmake -S "$tree" -B "$tree/build" -DCMAKE_BUILD_TYPE=Release -DZEL_BUILD_BENCH=OFF >/dev/null
-build || { echo "the unmodified tree does not build" >&2; exit 1; }
-suite || { echo "the unmodified tree fails its own suite" >&2; exit 1; }
+build || { echo "the unmodified tree does not build (see $scratch/build.log)" >&2; exit 1; }
+suite || { echo "the unmodified tree fails its own suite (see $scratch/ctest.log)" >&2; exit 1; }
 
 # Replaces the first occurrence of OLD by NEW in FILE, literally; fails if absent.
 apply() {
