@@ -41,7 +41,9 @@ EditorWindow::EditorWindow() {
 EditorWindow::~EditorWindow() {
     if (window != 0 && !xcb_connection_has_error(connection)) {
         xcb_destroy_window(connection, window);
-        xcb_flush(connection);
+        // A round trip, not a flush: once the process has gone, its window has
+        // too. A server busy with other clients may otherwise still list it.
+        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     }
     xcb_disconnect(connection);
 }
