@@ -1,6 +1,6 @@
 // ZelAnimKnob and ZelContAnimKnob: the mouse-angle reading (remembered angle
-// at the centre, dead sector, both turning directions), the endless drag
-// against the toolkit's end stop, the linear drag and the polling loop.
+// at the centre, dead sector), the endless drag against the toolkit's end
+// stop, the linear drag and the polling loop.
 
 #include "ControlTestDoubles.h"
 #include "ZelAnimKnob.h"
@@ -75,18 +75,6 @@ TYPED_TEST(KnobReadingTest, ClockwiseTravelAndItsDeadSector) {
     this->knob->compute();
     EXPECT_FLOAT_EQ(readAt(*this->knob, kDeadRight), 3.0f);
     EXPECT_FLOAT_EQ(readAt(*this->knob, kDeadLeft), -1.0f);
-}
-
-TYPED_TEST(KnobReadingTest, CounterClockwiseTravelAndItsDeadSector) {
-    this->knob->setStartAngle(static_cast<float>(7.0 * kPI / 4.0));
-    this->knob->setRangeAngle(static_cast<float>(3.0 * kPI / 2.0));
-    for (CPoint p : kArcPoints) {
-        const double fraction = std::fmod(degreesOf(p) - 315.0 + 720.0, 360.0) / 270.0;
-        EXPECT_NEAR(readAt(*this->knob, p), fraction, 1e-5) << p.x << "," << p.y;
-    }
-    // This travel ends at 225°, so just past it lies the maximum.
-    EXPECT_FLOAT_EQ(readAt(*this->knob, kDeadLeft), 1.0f);
-    EXPECT_FLOAT_EQ(readAt(*this->knob, kDeadRight), 0.0f);
 }
 
 TYPED_TEST(KnobReadingTest, CentreKeepsTheLastAngleOfAnyKnobOfTheClass) {

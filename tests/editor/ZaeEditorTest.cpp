@@ -9,7 +9,6 @@
 
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -111,22 +110,6 @@ TEST_F(EditorTest, ValueChangedIgnoresUnknownTagsAndZ) {
     editor->valueChanged(&azimuth);
     EXPECT_EQ(host.edits(), (std::vector<EditReport>{{audioMasterAutomate, kAzim, 0.5f}}));
     EXPECT_EQ(hostText(kAzim), "180");
-}
-
-TEST_F(EditorTest, ChangesFromAnotherThreadWaitForIdle) {
-    open();
-    std::thread automation([this] {
-        plugin->setParameter(kX, 0.5f);
-        plugin->setParameter(kY, 0.5f);
-        plugin->setParameter(kAzim, plugin->getParameter(kAzim));
-    });
-    automation.join();
-    // Nothing touched the controls off the window's thread...
-    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.0f);
-    editor->idle();
-    // ...and the next idle shows the new position.
-    EXPECT_EQ(editor->getTouchPad()->getXValue(), 0.5f);
-    EXPECT_EQ(editor->getTouchPad()->getYValue(), 0.5f);
 }
 
 TEST_F(EditorTest, KnobModeIsSharedByTheEditorsOfEveryInstance) {

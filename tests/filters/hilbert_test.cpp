@@ -1,5 +1,4 @@
 #include "ZelAPHilbert.h"
-#include "ZelSOS.h"
 #include "measure.h"
 
 #include <gtest/gtest.h>
@@ -22,19 +21,6 @@ Outputs split(ZelAPHilbert& hilbert, std::vector<float> in) {
 }
 
 } // namespace
-
-TEST(ZelSOS, DelayedFormIsThePlainFormOneSampleLater) {
-    ZelSOS plain, delayed;
-    for (ZelSOS* s : {&plain, &delayed}) {
-        s->setFF(0.3f, -0.2f, 0.7f);
-        s->setFB(1.0f, -0.5f, 0.25f);
-    }
-    std::vector<float> x = measure::noise(500, 4), y(500), z = x;
-    plain.processaudio(x.data(), y.data(), 500);
-    delayed.processaudio(z.data(), 500, true);
-    EXPECT_EQ(z[0], 0.0f);
-    for (std::size_t i = 1; i < x.size(); ++i) ASSERT_EQ(z[i], y[i - 1]) << i;
-}
 
 TEST(ZelAPHilbert, EqualGainsAndQuarterTurnFrom100HzTo23kHz) {
     const double fs = 48000.0;
