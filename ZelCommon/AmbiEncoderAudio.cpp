@@ -1,0 +1,174 @@
+#include "AmbiEncoderClass.h"
+#include "EncoderLimits.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+// The encoder's audio side: the filters' designs, the block loop and the
+// recovery from values that are no numbers.
+
+namespace {
+
+// Far beyond any real gain (at most a few units), still far from overflow.
+constexpr float kSaneGain = 1e6f;
+// True if a sample is NaN, infinite or so large (beyond 2^91) that gains and
+// near-field filters could carry it past the largest float. Bits, not float
+// compares, so that the loop stays cheap.
+bool hasHugeOrNonFinite(const float* samples, int n) {
+    std::uint32_t hit = 0;
+    for (int i = 0; i < n; ++i) {
+        std::uint32_t bits;
+        std::memcpy(&bits, samples + i, sizeof bits);
+        hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > 0x6d000000u);
+    }
+    return hit != 0;
+}
+
+} // namespace
+
+void ZelAmbisonicEncoder::applyDesign(const Position& p) {
+    if (p.designs == appliedDesigns) return;
+    appliedDesigns = p.designs;
+    const float ws = p.ws, wc = p.wc;
+    const FilterSet set = filterset(order);
+    if (set.n1 > 0) {
+        nf1[0].init(ws, wc, 1.0f);
+        for (int i = 1; i < set.n1; ++i) nf1[i].init(nf1[0]);
+    }
+    if (set.n2 > 0) {
+        nf2[0].init(ws, wc, 1.0f);
+        for (int i = 1; i < set.n2; ++i) nf2[i].init(nf2[0]);
+    }
+    if (set.n3 > 0) {
+        nf3[0].init(ws, wc, 1.0f);
+        for (int i = 1; i < set.n3; ++i) nf3[i].init(nf3[0]);
+    }
+    if (set.n4 > 0) {
+        nf4[0].init(ws, wc, 1.0f);
+        for (int i = 1; i < set.n4; ++i) nf4[i].init(nf4[0]);
+    }
+}
+
+// ------------------------------------------------------------ audio
+
+template <typename Op> void ZelAmbisonicEncoder::filterChannels(Op&& run, bool nearSource) {
+    run(nf1[0], 1, 1);
+    run(nf1[1], 2, 2);
+    switch (order) {
+    case kAmbi1H:
+    case kAmbi2H1P: // channels 3..5 stay unfiltered in this layout
+        break;
+    case kAmbi1P:
+        run(nf1[2], 3, 3);
+        break;
+    case kAmbi2H:
+        run(nf2[0], 3, 3);
+        run(nf2[1], 4, 4);
+        break;
+    case kAmbi2P:
+        run(nf1[2], 3, 3);
+        for (int k = 0; k < 5; ++k) run(nf2[k], 4 + k, 4 + k);
+        break;
+    case kAmbi3H:
+        for (int k = 0; k < 2; ++k) {
+            run(nf2[k], 3 + k, 3 + k);
+            run(nf3[k], 5 + k, 5 + k);
+        }
+        break;
+    case kAmbi3H1P:
+        // With a near source the second- and third-order filters write one
+        // channel below the one they read; kept as the layout has always been.
+        for (int k = 0; k < 2; ++k) {
+            run(nf2[k], 4 + k, nearSource ? 3 + k : 4 + k);
+            run(nf3[k], 6 + k, nearSource ? 5 + k : 6 + k);
+        }
+        run(nf1[2], 3, 3);
+        break;
+    case kAmbi3P:
+        run(nf1[2], 3, 3);
+        for (int k = 0; k < 5; ++k) run(nf2[k], 4 + k, 4 + k);
+        for (int k = 0; k < 7; ++k) run(nf3[k], 9 + k, 9 + k);
+        break;
+    case kAmbi4H:
+        for (int k = 0; k < 2; ++k) {
+            run(nf2[k], 3 + k, 3 + k);
+            run(nf3[k], 5 + k, 5 + k);
+            run(nf4[k], 7 + k, 7 + k);
+        }
+        break;
+    }
+}
+
+void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
+    if (inputs == nullptr || outputs == nullptr || ncoefs == 0) return;
+    if (n < 0) n = 0;
+    // The newest position, whole, for the whole block.
+    const Position p = position.load();
+    applyDesign(p);
+
+    const float* in = inputs[0];
+    const bool oddInput = hasHugeOrNonFinite(in, n); // before the input may be overwritten
+    for (int i = 0; i < n; ++i) {
+        const float u = in[i]; // before any output of this sample is written
+        for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(p.gains[c]);
+    }
+
+    if (kFarLimit > p.NFC) { // else compensation off: interior panning only
+        if (kFarLimit > p.dist) {
+            filterChannels(
+                [&](auto& f, int from, int to) { f.process(n, outputs[from], outputs[to], 1); },
+                true);
+        } else {
+            filterChannels(
+                [&](auto& f, int from, int to) { f.process1(n, outputs[from], outputs[to], 1); },
+                false);
+        }
+    }
+    recover(outputs, n, p, oddInput);
+}
+
+void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, bool oddInput) {
+    // Only a block whose input, gains or states went wrong can hold a NaN or
+    // an infinity; the others are left alone, which costs a few checks.
+    // A gain far beyond any direction's (a parameter far out of its range
+    // makes one) counts as wrong too: with a large input it overflows.
+    auto sane = [](float gain) { return std::fabs(gain) <= kSaneGain; };
+    bool scrub = oddInput;
+    for (int c = 0; c < ncoefs; ++c) {
+        scrub = scrub || !sane(p.gains[c]);
+        if (!sane(dezip[c].current())) {
+            dezip[c].init(sane(p.gains[c]) ? p.gains[c] : 0.0f);
+            scrub = true;
+        }
+    }
+    const FilterSet set = filterset(order);
+    auto recoverAll = [&scrub](auto* filters, int count) {
+        for (int i = 0; i < count; ++i) {
+            if (!filters[i].isfinite()) {
+                filters[i].reset();
+                scrub = true;
+            }
+        }
+    };
+    recoverAll(nf1, set.n1);
+    recoverAll(nf2, set.n2);
+    recoverAll(nf3, set.n3);
+    recoverAll(nf4, set.n4);
+    // Finite values pass untouched, so finite results keep their bits.
+    for (int c = 0; scrub && c < ncoefs; ++c) {
+        for (int i = 0; i < n; ++i)
+            if (!std::isfinite(outputs[c][i])) outputs[c][i] = 0.0f;
+    }
+}
+
+void ZelAmbisonicEncoder::resume() {
+    const Position p = position.load();
+    applyDesign(p);
+    const FilterSet set = filterset(order);
+    for (int i = 0; i < set.n1; ++i) nf1[i].reset();
+    for (int i = 0; i < set.n2; ++i) nf2[i].reset();
+    for (int i = 0; i < set.n3; ++i) nf3[i].reset();
+    for (int i = 0; i < set.n4; ++i) nf4[i].reset();
+    for (int c = 0; c < ncoefs; ++c) dezip[c].init(p.gains[c]);
+}
