@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
   # toolchain
   g++ cmake make pkg-config git clang-format
+  # the host-interface fuzzer: clang with its sanitizer and libFuzzer runtimes
+  clang libclang-rt-14-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev
   # editor platform layer (XCB + Cairo) and its X tests
