@@ -94,22 +94,3 @@ TEST(EncoderGains, InteriorPanningScalesOrderNByDistancePowerN) {
                 << "position " << i << " channel " << c;
     }
 }
-
-TEST(EncoderGains, PartialLayoutsComputeOnlyWhatTheyDeclare) {
-    ZelAmbisonicEncoder first(kAmbi1H);
-    first.setNFC(0.5f);
-    setDirection(first, 0.125f, 0.5f);
-    EXPECT_FLOAT_EQ(first.getgain(0), 1.0f);
-    EXPECT_NEAR(first.getgain(1), std::sqrt(0.5), 1e-6);
-    EXPECT_NEAR(first.getgain(3), std::sqrt(0.5), 1e-6); // computed, not output
-
-    ZelAmbisonicEncoder mixed(kAmbi3H1P);
-    mixed.setNFC(0.5f);
-    setDirection(mixed, 0.125f, 0.5f);
-    for (int c = 4; c < 8; ++c) EXPECT_EQ(mixed.getgain(c), 0.0f) << c;
-
-    ZelAmbisonicEncoder second(kAmbi2P);
-    second.setNFC(0.5f);
-    setDirection(second, 0.125f, 0.5f);
-    EXPECT_NEAR(second.getgain(4), 0.86602540378, 1e-6); // V at 45 degrees
-}

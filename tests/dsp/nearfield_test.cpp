@@ -1,3 +1,4 @@
+#include "measure.h"
 #include "tarnhoafilt.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,7 @@
 namespace {
 
 using cd = std::complex<double>;
-constexpr double kPi = 3.141592653589793;
+using measure::kPi;
 
 float w(double metres, double rate) {
     return static_cast<float>(342.0 / (metres * rate));
@@ -49,20 +50,6 @@ template <typename F> std::vector<float> impulseResponse(F& f, int length, bool 
     return h;
 }
 
-cd dft(const std::vector<float>& h, double omega) {
-    cd sum = 0.0;
-    const cd step = std::polar(1.0, -omega);
-    cd rot = 1.0;
-    for (size_t n = 0; n < h.size(); ++n) {
-        sum += static_cast<double>(h[n]) * rot;
-        if ((n & 1023) == 1023)
-            rot = std::polar(1.0, -omega * static_cast<double>(n + 1)); // stop drift
-        else
-            rot *= step;
-    }
-    return sum;
-}
-
 template <typename F> F designed(float w1, float w2, float g) {
     F f;
     f.init(w1, w2, g);
@@ -79,7 +66,7 @@ void expectMatchesPrototype(int m, float w1, float w2, double rate, const std::s
         const double omega = 2.0 * kPi * hz / rate;
         const cd expected = hz == 0.0 ? cd(std::pow(static_cast<double>(w1) / w2, m))
                                       : analogue(m, w1, w2, 1.0, omega);
-        const cd got = dft(h, omega);
+        const cd got = measure::dtft(h, hz, rate);
         EXPECT_LE(std::abs(got - expected), 1e-4 * std::abs(expected))
             << what << " at " << hz << " Hz: got " << got << " expected " << expected;
     }
@@ -120,9 +107,10 @@ TEST(NearField, PlaneWaveSourceMatchesPrototypeAndBlocksDc) {
     const std::vector<float> a = impulseResponse(viaProcess, 1 << 16);
     const std::vector<float> b = impulseResponse(viaProcess1, 1 << 16, true);
     for (size_t n = 0; n < a.size(); ++n) ASSERT_NEAR(a[n], b[n], 1e-6f) << n;
-    EXPECT_NEAR(std::abs(dft(b, 0.0)), 0.0, 1e-4);
+    EXPECT_NEAR(std::abs(measure::dtft(b, 0.0, 48000.0)), 0.0, 1e-4);
     const double omega = 2.0 * kPi * 100.0 / 48000.0;
-    EXPECT_NEAR(std::abs(dft(b, omega)), std::abs(analogue(3, 0.0, w2, 1.0, omega)), 1e-4);
+    EXPECT_NEAR(std::abs(measure::dtft(b, 100.0, 48000.0)),
+                std::abs(analogue(3, 0.0, w2, 1.0, omega)), 1e-4);
 }
 
 TEST(NearField, ImpulseResponsesDecayOverTheWholeGrid) {

@@ -58,34 +58,3 @@ TEST(EncoderDistance, Dist2wFigures) {
     EXPECT_EQ(enc.dist2w(0.5f, 48000.0f), 0.01425f);
     EXPECT_NEAR(enc.dist2w(1.0f, 44100.0f), 0.0077551f, 1e-7f);
 }
-
-TEST(EncoderDistance, FarSourceDesignsNoZerosAndSampleRateScalesCorners) {
-    ZelAmbisonicEncoder enc(kAmbi3P);
-    enc.setNFC(0.0f); // 0.5 m
-    enc.resume();     // designs reach the filters at the next block or switch-on
-    // Source at 4 m: w1 = 0, so the numerator coefficients are zero and the
-    // gain carries only the pole normaliser.
-    EXPECT_EQ(enc.getnf1(0).getcoef(1), 0.0f);
-    NF_filt1 ref;
-    ref.init(0.0f, enc.dist2w(0.5f, 48000.0f), 1.0f);
-    EXPECT_EQ(enc.getnf1(0).getcoef(0), ref.getcoef(0));
-    EXPECT_EQ(enc.getnf1(0).getcoef(2), ref.getcoef(2));
-
-    // A new rate changes the coefficients but no gain and no position.
-    const float gainBefore = enc.getgain(13);
-    const float xBefore = enc.getxdisplay();
-    enc.setfs(96000.0f);
-    enc.resume();
-    NF_filt1 ref96;
-    ref96.init(0.0f, enc.dist2w(0.5f, 96000.0f), 1.0f);
-    EXPECT_EQ(enc.getnf1(2).getcoef(2), ref96.getcoef(2));
-    EXPECT_EQ(enc.getgain(13), gainBefore);
-    EXPECT_EQ(enc.getxdisplay(), xBefore);
-
-    // Every filter of a class shares the first one's coefficients.
-    enc.setdist(0.75f);
-    enc.resume();
-    for (int i = 1; i < 7; ++i)
-        for (int k = 0; k < NF_filt3::numCoefs; ++k)
-            EXPECT_EQ(enc.getnf3(i).getcoef(k), enc.getnf3(0).getcoef(k));
-}

@@ -1,9 +1,9 @@
 #include "AmbiEncoderClass.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 namespace {
@@ -20,14 +20,6 @@ struct Buffers {
     std::vector<float*> outputs;
     float* inputs[1];
 };
-
-std::vector<float> noise(int length, unsigned seed) {
-    std::mt19937 rng(seed);
-    std::uniform_real_distribution<float> d(-1.0f, 1.0f);
-    std::vector<float> v(length);
-    for (float& s : v) s = d(rng);
-    return v;
-}
 
 // Where a channel's result comes from: the channel whose gain stage it
 // filters, and the total order of near-field filtering it went through.
@@ -89,7 +81,7 @@ TEST(EncoderProcess, NoSubnormalStateAfterNoiseThenSilence) {
     enc.setelev(0.61f);
     enc.resume();
     Buffers b(512);
-    const std::vector<float> loud = noise(512, 77);
+    const std::vector<float> loud = measure::noise(512, 77);
     for (int block = 0; block * 512 < rate * 11; ++block) {
         const bool silent = block * 512 >= rate;
         if (silent)
