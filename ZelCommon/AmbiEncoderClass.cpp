@@ -153,6 +153,21 @@ void ZelAmbisonicEncoder::setfs(float f) {
     });
 }
 
+void ZelAmbisonicEncoder::setposition(const ZelEncoderPosition& saved) {
+    position.update([&](Position& p) {
+        p.azim = saved.azim;
+        p.elev = saved.elev;
+        p.dist = saved.dist;
+        p.x = saved.x;
+        p.y = saved.y;
+        p.z = saved.z;
+        p.NFC = saved.NFC;
+        p.distNF = filterDistance(p.dist);
+        SetDistCoef(p, p.distNF, p.NFC);
+        UpdateHOrders(p);
+    });
+}
+
 void ZelAmbisonicEncoder::setholds(bool holdX, bool holdY, bool holdZ) {
     position.update([&](Position& p) {
         p.holds = (holdX ? kHoldX : 0) | (holdY ? kHoldY : 0) | (holdZ ? kHoldZ : 0);

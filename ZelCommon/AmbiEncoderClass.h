@@ -62,6 +62,12 @@ public:
     void setdist(float v);
     void setNFC(float v);
     void setfs(float f);
+    // Publishes a position read with getposition(): its polar and Cartesian
+    // forms exactly as they were (neither is recomputed from the other) and
+    // the compensation distance, with the gains and the near-field design
+    // that follow from them at this encoder's sample rate. So a saved
+    // position comes back bit for bit, whatever path led to it.
+    void setposition(const ZelEncoderPosition& saved);
 
     // Normalised getters, the exact inverses of the setters' maps.
     float getazim() const;

@@ -108,7 +108,17 @@ void ZelAmbiEnc::setParameter(VstInt32 index, float value) {
     }
     // One change moves the other form of the position, so the program takes
     // the encoder's view of all seven, also after an out-of-range index.
+    mirrorEncoderInProgram();
+}
+
+void ZelAmbiEnc::mirrorEncoderInProgram() {
+    ZelAmbiEncProgram& current = programs[curProgram];
     for (int k = 0; k < kNumParams; ++k) current.param[k] = (encoder.*kGetters[k])();
+}
+
+void ZelAmbiEnc::setPosition(const ZelEncoderPosition& saved) {
+    encoder.setposition(saved);
+    mirrorEncoderInProgram();
 }
 
 float ZelAmbiEnc::getParameter(VstInt32 index) {

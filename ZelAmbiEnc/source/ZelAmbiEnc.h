@@ -55,8 +55,15 @@ public:
 
     // Read-only view of the encoder, for inspection.
     const ZelAmbisonicEncoder& getEncoder() const { return encoder; }
+    // Puts the encoder exactly where getEncoder().getposition() once read it
+    // (a saved session, or a position reported by another instance); the
+    // current program follows.
+    void setPosition(const ZelEncoderPosition& saved);
 
 protected:
+    // The current program takes the encoder's view of all seven values.
+    void mirrorEncoderInProgram();
+
     ZelAmbisonicEncoder encoder;
     // Declared after the encoder so that the bank is destroyed before it.
     std::unique_ptr<ZelAmbiEncProgram[]> programs;

@@ -8,15 +8,17 @@
 #      then reloads the saved session and bounces again (see there);
 #   4. zelrender renders the recorded take with the same settings, and
 #      ardour-session.lua compares everything.
-# usage: ardour-session.sh MODULE ZELRENDER WORKDIR
+# The LV2 bundle beside MODULE's directory is found through LV2_PATH.
+# usage: ardour-session.sh MODULE LV2_BUNDLE ZELRENDER WORKDIR
 # Ardour's tools are expected where Debian's 'ardour' package puts them; a
 # missing Ardour fails the test, never skips it.
 set -euo pipefail
 
-[ $# -eq 3 ] || { echo "usage: $0 MODULE ZELRENDER WORKDIR" >&2; exit 2; }
+[ $# -eq 4 ] || { echo "usage: $0 MODULE LV2_BUNDLE ZELRENDER WORKDIR" >&2; exit 2; }
 module=$1
-zelrender=$2
-work=$3
+bundle=$2
+zelrender=$3
+work=$4
 lua_script=$(cd "$(dirname "$0")" && pwd)/ardour-session.lua
 
 ardour_lua=/usr/bin/ardour7-lua
@@ -32,6 +34,7 @@ for tool in "$ardour_lua" "$new_session" "$scanner"; do
   [ -x "$tool" ] || fail "Ardour's $tool is missing; install the 'ardour' package (scripts/install-deps.sh)"
 done
 [ -f "$module" ] || fail "plug-in module $module not found"
+[ -f "$bundle/manifest.ttl" ] || fail "LV2 bundle $bundle not found"
 [ -x "$zelrender" ] || fail "zelrender $zelrender not found"
 
 # A folder of this run's own, so that two runs at once (two ctest runs in
@@ -45,7 +48,7 @@ mkdir -p "$work/home" "$work/config" "$work/cache" "$work/data" "$work/lxvst" "$
 # of it both ways; LXVST_PATH counts as the private configuration has no
 # saved plug-in path.
 export HOME="$work/home" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache" \
-  XDG_DATA_HOME="$work/data" LXVST_PATH="$work/lxvst"
+  XDG_DATA_HOME="$work/data" LXVST_PATH="$work/lxvst" LV2_PATH="$(dirname "$bundle")"
 unset VST_PATH LXVST_PLUGINS || true
 
 # run NAME TIMEOUT COMMAND...: runs one step with its output in logs/NAME.*;
