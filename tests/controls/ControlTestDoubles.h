@@ -1,13 +1,12 @@
 #pragma once
 
-// Doubles for the control tests: one ordered event log shared by a listener
-// and an editor (the host side of begin/end edit), and a drawing context that
-// records bitmap draws.
+// Doubles for the headless toolkit and control tests: one ordered event log
+// shared by a listener and an editor (the host side of begin/end edit), and
+// a frame that holds them.
 
 #include "vstcontrols.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace controltest {
@@ -23,14 +22,13 @@ public:
     }
     long controlModifierClicked(CControl* /*control*/, long /*button*/) override {
         log.push_back("modifier");
-        return consumeModifierClicks ? 1 : 0;
+        return 0;
     }
     void controlBeginEdit(CControl* /*control*/) override { log.push_back("listener begin"); }
     void controlEndEdit(CControl* /*control*/) override { log.push_back("listener end"); }
 
     EventLog& log;
     std::vector<float> values;
-    bool consumeModifierClicks = false;
 };
 
 // Stands in for the plug-in's editor: what reaches it would go to the host.
@@ -39,25 +37,21 @@ public:
     explicit RecordingEditor(EventLog& log) : log(log) {}
     void beginEdit(long index) override { log.push_back("host begin " + std::to_string(index)); }
     void endEdit(long index) override { log.push_back("host end " + std::to_string(index)); }
-    long getKnobMode() const override { return knobMode; }
 
     EventLog& log;
-    long knobMode = kCircularMode;
 };
 
-struct BitmapDraw {
-    const CBitmap* bitmap;
-    CRect dest;
-    CPoint source;
-};
-
-class RecordingContext : public CDrawContext {
-public:
-    void drawBitmap(CBitmap& bitmap, const CRect& dest, const CPoint& source,
-                    float /*alpha*/) override {
-        draws.push_back({&bitmap, dest, source});
+// A 300 x 300 frame whose views report to the recording listener and editor.
+struct RecordingFrame {
+    EventLog log;
+    RecordingListener listener{log};
+    RecordingEditor editor{log};
+    CFrame* frame = new CFrame(CRect(0, 0, 300, 300), nullptr, &editor);
+    ~RecordingFrame() { delete frame; }
+    template <typename View> View* add(View* view) {
+        frame->addView(view);
+        return view;
     }
-    std::vector<BitmapDraw> draws;
 };
 
 } // namespace controltest

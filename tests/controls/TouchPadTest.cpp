@@ -1,51 +1,32 @@
-// ZelTouchPad: values against the handle's place, drags of the handle with
-// the edit announced around them, the control-click reset, and pads whose
-// handle is missing or too large.
+// ZelTouchPad: the handle grabbed only where it was last drawn, and the
+// control-click that returns it to the centre.
 
 #include "ControlTestDoubles.h"
 #include "ZelTouchPad.h"
 
 #include <gtest/gtest.h>
-#include <limits>
 
 using namespace controltest;
 
 namespace {
 
-constexpr long kPadTag = 2;
 constexpr long kIgnored = kMouseDownEventHandledButDontNeedMovedOrUpEvents;
-// A 173-px pad at (10, 20) with a 20-px handle: its top-left travels 153 px.
+// A 173-px pad at (10, 20) with a 20-px handle.
 const CRect kPadRect(10, 20, 183, 193);
 constexpr CCoord kHandle = 20;
-constexpr CCoord kTravel = 153;
 
-struct TouchPadTest : ::testing::Test {
-    EventLog log;
-    RecordingListener listener{log};
-    RecordingEditor editor{log};
-    CFrame* frame = new CFrame(CRect(0, 0, 400, 400), nullptr, &editor);
+struct TouchPadTest : ::testing::Test, RecordingFrame {
     CBitmap* background = new CBitmap(*frame, 173, 173);
     CBitmap* handle = new CBitmap(*frame, kHandle, kHandle);
-    RecordingContext context;
-    ZelTouchPad* pad = addPad(handle);
+    CDrawContext context;
+    // Drawn once, as on screen: the handle is grabbed where it was drawn.
+    ZelTouchPad* pad =
+        add(new ZelTouchPad(kPadRect, &listener, 2, background, handle, CPoint(3, 4)));
 
+    void SetUp() override { pad->draw(&context); }
     ~TouchPadTest() override {
-        delete frame;
         background->forget();
         handle->forget();
-    }
-    // Drawn once, as on screen: the handle is grabbed where it was drawn.
-    ZelTouchPad* addPad(CBitmap* handleImage, const CRect& rect = kPadRect) {
-        auto* p = new ZelTouchPad(rect, &listener, kPadTag, background, handleImage, CPoint(3, 4));
-        frame->addView(p);
-        p->draw(&context);
-        context.draws.clear();
-        log.clear();
-        return p;
-    }
-    CPoint handleAt(float x, float y) {
-        pad->setXYValue(x, y);
-        return handleTopLeft();
     }
     CPoint handleTopLeft() const {
         CPoint p;
@@ -76,7 +57,8 @@ TEST_F(TouchPadTest, OnlyTheHandleWhereItWasLastDrawnCanBeGrabbed) {
 TEST_F(TouchPadTest, ControlClickReturnsToTheCentreWithoutAnEdit) {
     EXPECT_EQ(press(0, 0, kLButton | kControl), kIgnored);
     EXPECT_TRUE(log.empty()); // already there
-    const CPoint h = handleAt(1.0f, 1.0f);
+    pad->setXYValue(1.0f, 1.0f);
+    const CPoint h = handleTopLeft();
     pad->draw(&context);
     EXPECT_EQ(press(0, 0, kLButton | kControl), kIgnored);
     EXPECT_FLOAT_EQ(pad->getXValue(), 0.5f);

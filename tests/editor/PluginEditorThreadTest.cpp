@@ -14,10 +14,13 @@ using namespace editortest;
 
 namespace {
 
+using PluginEditorThreads = XFixture;
+
 // Sweeps the source round the listener and the compensation distance through
-// its range, one step per millisecond for about a second, ending at a known
-// place, while the window's thread runs windowStep().
-void automateWhile(HostedEditorPlugin& plugin, const std::function<void()>& windowStep) {
+// its range, one step per millisecond for about a second, ending 2 m to the
+// front left with compensation at 0.5 m, while the window's thread runs
+// windowStep() and sleeps 2 ms between its steps.
+void automateWhile(VstPlugin& plugin, const std::function<void()>& windowStep) {
     std::atomic<bool> finished{false};
     std::thread automation([&] {
         constexpr int kSteps = 1000;
@@ -29,34 +32,30 @@ void automateWhile(HostedEditorPlugin& plugin, const std::function<void()>& wind
             if (step % 10 == 0) plugin.setParameter(kX, phase);
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
-        plugin.setParameter(kDist, 0.5f);   // 2 m
-        plugin.setParameter(kAzim, 0.125f); // front left
-        plugin.setParameter(kNFC, 0.0f);    // 0.5 m
+        plugin.setParameter(kDist, 0.5f);
+        plugin.setParameter(kAzim, 0.125f);
+        plugin.setParameter(kNFC, 0.0f);
         finished = true;
     });
-    while (!finished) windowStep();
+    while (!finished) {
+        windowStep();
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
     automation.join();
 }
-
-using PluginEditorThreads = XFixture;
 
 } // namespace
 
 TEST_F(PluginEditorThreads, AutomationEveryMillisecondWhileTheEditorIdles) {
     PluginEditorSession editor(client, 0, 0);
-    HostedEditorPlugin& plugin = editor.plugin();
-    ASSERT_TRUE(editor.waitUntilPainted());
-    automateWhile(plugin, [&] {
-        editor.idle();
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    });
-    // Every change made off the window's thread shows after the next idles.
-    std::optional<Spot> handle;
-    EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
-    EXPECT_EQ(plugin.display(kNFC), "0.50");
-    EXPECT_EQ(plugin.display(kAzim), "45");
-    // Host automation is not reported back as user edits.
-    EXPECT_TRUE(plugin.reports().empty());
+    ASSERT_TRUE(editor.showsHandleAtParameters());
+    automateWhile(editor.plugin(), [&] { editor.idle(); });
+    // Every change made off the window's thread shows after the next idles;
+    // host automation is not reported back as user edits.
+    EXPECT_TRUE(editor.showsHandleAtParameters());
+    EXPECT_EQ(editor.plugin().parameterDisplay(kNFC), "0.50");
+    EXPECT_EQ(editor.plugin().parameterDisplay(kAzim), "45");
+    EXPECT_TRUE(editor.host().edits().empty());
 }
 
 TEST_F(PluginEditorThreads, AutomationWhileTheHostOpensAndClosesTheEditor) {
@@ -65,15 +64,11 @@ TEST_F(PluginEditorThreads, AutomationWhileTheHostOpensAndClosesTheEditor) {
     automateWhile(editor.plugin(), [&] {
         editor.close();
         allOpened = editor.open() && allOpened;
-        for (int round = 0; round < 5; round++) {
-            editor.idle();
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
+        for (int round = 0; round < 5; round++) editor.idle();
     });
     EXPECT_TRUE(allOpened);
     // Opened once more, the editor shows where automation left the source.
     editor.close();
     ASSERT_TRUE(editor.open());
-    std::optional<Spot> handle;
-    EXPECT_TRUE(editor.waitForHandleAtParameters(handle));
+    EXPECT_TRUE(editor.showsHandleAtParameters());
 }

@@ -152,27 +152,6 @@ WindowImage XClient::image(xcb_window_t window, int width, int height, int x, in
     return result;
 }
 
-WindowGeometry XClient::geometry(xcb_window_t window) {
-    WindowGeometry result;
-    xcb_get_geometry_reply_t* reply =
-        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
-    if (reply) result = {reply->x, reply->y, reply->width, reply->height};
-    std::free(reply);
-    return result;
-}
-
-std::string XClient::name(xcb_window_t window) {
-    xcb_get_property_reply_t* reply = xcb_get_property_reply(
-        connection,
-        xcb_get_property(connection, 0, window, XCB_ATOM_WM_NAME, XCB_ATOM_ANY, 0, 1024), nullptr);
-    std::string result;
-    if (reply && reply->format == 8)
-        result.assign(static_cast<const char*>(xcb_get_property_value(reply)),
-                      static_cast<std::size_t>(xcb_get_property_value_length(reply)));
-    std::free(reply);
-    return result;
-}
-
 xcb_window_t XClient::root() const {
     return screen ? screen->root : 0;
 }

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
-#include <string>
 #include <vector>
 #include <xcb/xcb.h>
 
@@ -22,13 +21,6 @@ struct WindowImage {
         return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                       static_cast<std::size_t>(x)];
     }
-};
-
-struct WindowGeometry {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
 };
 
 // Starts "Xvfb -displayfd" on a free display before the tests and stops it
@@ -52,10 +44,6 @@ public:
     bool isViewable(xcb_window_t window);
     // Width x height pixels of a window from (x, y); empty if unreadable.
     WindowImage image(xcb_window_t window, int width, int height, int x = 0, int y = 0);
-    // Position within the parent and size; all 0 if the window is gone.
-    WindowGeometry geometry(xcb_window_t window);
-    // The window's WM_NAME, as a host's top-level window carries its title.
-    std::string name(xcb_window_t window);
     xcb_window_t root() const;
 
     // Pointer and keyboard input, as if from the user; root coordinates.
