@@ -102,59 +102,68 @@ float ParameterMapping::azimuth(double degrees) {
                  "degrees");
     const double wrapped = degrees < 0.0 ? degrees + 360.0 : degrees;
     return closestNormalised(wrapped, radians(wrapped) / kTwoPi, Direction::rising,
-                             [this](float v) {
-                                 probe.setazim(v);
-                                 return probe.getazimdisplay();
-                             });
+                             [this](float v) { return image(kAzimuthParam, v); });
 }
 
 float ParameterMapping::elevation(double degrees) {
     requireRange(degrees, PhysicalLimits::kElevationMin, PhysicalLimits::kElevationMax, "elevation",
                  "degrees");
     return closestNormalised(degrees, (radians(degrees) + kHalfPi) / kPi, Direction::rising,
-                             [this](float v) {
-                                 probe.setelev(v);
-                                 return probe.getelevdisplay();
-                             });
+                             [this](float v) { return image(kElevationParam, v); });
 }
 
 float ParameterMapping::coordinate(ParameterIndex axis, double metres) {
     const char* name = axis == kXParam ? "x" : axis == kYParam ? "y" : "z";
     requireRange(metres, PhysicalLimits::kCoordinateMin, PhysicalLimits::kCoordinateMax, name, "m");
     return closestNormalised(metres, (metres + 4.0) / 8.0, Direction::rising,
-                             [this, axis](float v) {
-                                 // From the centre, one coordinate alone never leaves the 4 m
-                                 // sphere, so the encoder keeps it exactly as set.
-                                 probe.setdist(1.0f);
-                                 if (axis == kXParam) {
-                                     probe.setx(v);
-                                     return probe.getxdisplay();
-                                 }
-                                 if (axis == kYParam) {
-                                     probe.sety(v);
-                                     return probe.getydisplay();
-                                 }
-                                 probe.setz(v);
-                                 return probe.getzdisplay();
-                             });
+                             [this, axis](float v) { return image(axis, v); });
 }
 
 float ParameterMapping::distance(std::optional<double> metres) {
     if (!metres) return 0.0f;
     requireRange(*metres, PhysicalLimits::kDistanceMin, PhysicalLimits::kDistanceMax, "distance",
                  "m");
-    return closestNormalised(*metres, (4.0 - *metres) / 4.0, Direction::falling, [this](float v) {
-        probe.setdist(v);
-        return probe.getdistdisplay();
-    });
+    return closestNormalised(*metres, (4.0 - *metres) / 4.0, Direction::falling,
+                             [this](float v) { return image(kDistanceParam, v); });
 }
 
 float ParameterMapping::compensation(std::optional<double> metres) {
     if (!metres) return 1.0f;
     requireRange(*metres, PhysicalLimits::kCompensationMin, PhysicalLimits::kCompensationMax,
                  "compensation distance", "m");
-    return closestNormalised(*metres, (*metres - 0.5) / 3.5, Direction::rising, [this](float v) {
-        probe.setNFC(v);
+    return closestNormalised(*metres, (*metres - 0.5) / 3.5, Direction::rising,
+                             [this](float v) { return image(kCompensationParam, v); });
+}
+
+float ParameterMapping::image(ParameterIndex index, float normalised) {
+    switch (index) {
+    case kAzimuthParam:
+        probe.setazim(normalised);
+        return probe.getazimdisplay();
+    case kElevationParam:
+        probe.setelev(normalised);
+        return probe.getelevdisplay();
+    case kXParam:
+    case kYParam:
+    case kZParam:
+        // From the centre, one coordinate alone never leaves the 4 m sphere,
+        // so the encoder keeps it exactly as set.
+        probe.setdist(1.0f);
+        if (index == kXParam) {
+            probe.setx(normalised);
+            return probe.getxdisplay();
+        }
+        if (index == kYParam) {
+            probe.sety(normalised);
+            return probe.getydisplay();
+        }
+        probe.setz(normalised);
+        return probe.getzdisplay();
+    case kDistanceParam:
+        probe.setdist(normalised);
+        return probe.getdistdisplay();
+    default:
+        probe.setNFC(normalised);
         return probe.getNFCdisplay();
-    });
+    }
 }

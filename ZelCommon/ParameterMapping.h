@@ -57,6 +57,10 @@ public:
     float distance(std::optional<double> metres);         // 0..4 m, or off
     float compensation(std::optional<double> metres);     // 0.5..4 m, or off
 
+    // The other way: what the encoder makes of one normalised value on its
+    // own, in degrees or metres, as a host shows it.
+    float image(ParameterIndex index, float normalised);
+
 private:
     enum class Direction { rising, falling }; // of the encoder's map over 0..1
     float closestNormalised(double wanted, double exactInverse, Direction direction,

@@ -51,7 +51,8 @@ void formatPosition(const ZelEncoderPosition& p, char (&text)[kSavedTextSize]) {
     for (int i = 0; i < kSavedCount; ++i) {
         std::uint32_t bits;
         std::memcpy(&bits, &(p.*kSavedFields[i]), sizeof bits);
-        std::snprintf(text + 9 * i, 10, "%08" PRIx32 "%s", bits, i + 1 < kSavedCount ? " " : "");
+        std::snprintf(text + 9 * i, sizeof text - 9 * i, "%08" PRIx32 "%s", bits,
+                      i + 1 < kSavedCount ? " " : "");
     }
 }
 
@@ -67,15 +68,8 @@ bool parsePosition(const void* value, std::size_t size, ZelEncoderPosition& p) {
         if (std::sscanf(text + 9 * i, "%8x%n", &bits, &used) != 1 || used != 8) return false;
         const std::uint32_t word = bits;
         std::memcpy(&(p.*kSavedFields[i]), &word, sizeof word);
-        if (!std::isfinite(p.*kSavedFields[i])) return false;
     }
-    using L = PhysicalLimits;
-    auto within = [](float v, double lo, double hi) { return v >= lo && v <= hi; };
-    return within(p.x, L::kCoordinateMin, L::kCoordinateMax) &&
-           within(p.y, L::kCoordinateMin, L::kCoordinateMax) &&
-           within(p.z, L::kCoordinateMin, L::kCoordinateMax) &&
-           within(p.dist, L::kDistanceMin, L::kDistanceMax) &&
-           within(p.NFC, L::kCompensationMin, L::kCompensationMax);
+    return isEncoderPosition(p);
 }
 
 // The effect needs a host that says which VST version it speaks.
@@ -107,26 +101,6 @@ float normalised(ParameterMapping& mapping, int index, float value) {
     }
 }
 
-// The effect's normalised value in user units, as the control outputs show it.
-float physical(const ZelAmbisonicEncoder& encoder, int index) {
-    switch (index) {
-    case kAzim:
-        return encoder.getazimdisplay();
-    case kElev:
-        return encoder.getelevdisplay();
-    case kX:
-        return encoder.getxdisplay();
-    case kY:
-        return encoder.getydisplay();
-    case kZ:
-        return encoder.getzdisplay();
-    case kDist:
-        return encoder.getdistdisplay();
-    default:
-        return encoder.getNFCdisplay();
-    }
-}
-
 class Lv2Encoder {
 public:
     explicit Lv2Encoder(double rate, const LV2_Feature* const* features) : effect(quietHost) {
@@ -140,7 +114,7 @@ public:
         if (!(rate >= 1.0 && rate <= 1e7))
             lv2_log_warning(&logger, "Orvalis XY3: sample rate %g is no rate; using 48000\n", rate);
         effect.setSampleRate(static_cast<float>(rate));
-        for (int k = 0; k < kControls; ++k) applied[k] = physical(effect.getEncoder(), k);
+        for (int k = 0; k < kControls; ++k) applied[k] = portValue(effect.getEncoder(), k);
     }
 
     void connect(uint32_t port, void* data) {
@@ -173,7 +147,7 @@ public:
             }
         }
         for (int k = 0; k < kControls; ++k)
-            if (reports[k] != nullptr) *reports[k] = physical(effect.getEncoder(), k);
+            if (reports[k] != nullptr) *reports[k] = portValue(effect.getEncoder(), k);
     }
 
     LV2_State_Status save(LV2_State_Store_Function store, LV2_State_Handle handle) {

@@ -17,8 +17,9 @@ packages=(
   # command-line renderer: audio files, the headphone preview's decoder and
   # HRTF sets, the path pictures
   libsndfile1-dev libspatialaudio-dev libmysofa-dev libmysofa1
-  # the LV2 shell, and the LV2 host tools its test uses
-  lv2-dev lilv-utils sndfile-programs
+  # the LV2 shell, and the LV2 host tools its tests use: a real host for its
+  # editor (jalv on a dummy JACK server), window lookup and XTest input
+  lv2-dev lilv-utils sndfile-programs jalv jackd2 x11-utils xdotool
   # real host used by the host-compatibility test
   ardour
 )

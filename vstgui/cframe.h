@@ -3,6 +3,7 @@
 #include "cviewcontainer.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <thread>
 
@@ -36,6 +37,8 @@ public:
     virtual void pumpEvents() = 0;
     // Redraws and shows what the frame reports as invalid.
     virtual void paint() = 0;
+    // The window system's handle of the window (an X11 window id).
+    virtual std::uintptr_t nativeHandle() const = 0;
 };
 
 // Makes the window for a frame inside the host's window (an X11 window id),
@@ -64,6 +67,9 @@ public:
     // False for a frame without a platform window (none asked for, or the
     // parent it was asked for could not take one).
     bool hasWindow() const { return window != nullptr; }
+    // The platform window's handle (an X11 window id), 0 without one: for a
+    // host that embeds the window itself.
+    std::uintptr_t getNativeWindow() const { return window ? window->nativeHandle() : 0; }
 
     virtual void beginEdit(long index);
     virtual void endEdit(long index);

@@ -26,8 +26,9 @@ ports() { awk -v RS= -v a="$1" -v b="$2" '$0 ~ a && $0 ~ b { n++ } END { print n
 for range in 'Minimum: *-90.0' 'Maximum: *360.0' 'Minimum: *0.5' 'Minimum: *-4.0'; do
   grep -q -- "$range" <<<"$info" || fail "no control with $range"
 done
-symbols=$(nm -D --defined-only "$bundle/ZelAmbiEnc.so" | awk '$2 != "w" {print $3}')
-[ "$symbols" = lv2_descriptor ] || fail "exports more than lv2_descriptor: $symbols"
+exports() { nm -D --defined-only "$bundle/$1" | awk '$2 != "w" {print $3}'; }
+[ "$(exports ZelAmbiEnc.so)" = lv2_descriptor ] || fail "the plug-in exports more than its entry point"
+[ "$(exports ZelAmbiEncUi.so)" = lv2ui_descriptor ] || fail "the UI exports more than its entry point"
 
 # Same position given to each shell in its own terms; out-of-range control
 # values are clamped to the ends, as a host would see them.

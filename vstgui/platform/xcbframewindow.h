@@ -28,6 +28,7 @@ public:
 
     void pumpEvents() override;
     void paint() override;
+    std::uintptr_t nativeHandle() const override { return window; }
 
     xcb_window_t getWindow() const { return window; }
     bool isAlive() const { return alive; }
