@@ -109,6 +109,14 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
 
     const float* in = inputs[0];
     const bool oddInput = hasHugeOrNonFinite(in, n); // before the input may be overwritten
+    if (!processLanes(in, outputs, n, p)) processScalar(in, outputs, n, p);
+    recover(outputs, n, p, oddInput);
+}
+
+// The straightforward block loop: the baseline path, and the reference the
+// lane paths are held to.
+void ZelAmbisonicEncoder::processScalar(const float* in, float** outputs, int n,
+                                        const Position& p) {
     for (int i = 0; i < n; ++i) {
         const float u = in[i]; // before any output of this sample is written
         for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(p.gains[c]);
@@ -125,7 +133,6 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
                 false);
         }
     }
-    recover(outputs, n, p, oddInput);
 }
 
 void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, bool oddInput) {

@@ -83,7 +83,8 @@ ZelEncoderPosition farStraightAhead() {
 } // namespace
 
 ZelAmbisonicEncoder::ZelAmbisonicEncoder(AmbiOrder order_)
-    : order(order_), ncoefs(channelCount(order_)), position(farStraightAhead()), appliedDesigns(0) {
+    : order(order_), ncoefs(channelCount(order_)), position(farStraightAhead()), appliedDesigns(0),
+      path(zelDefaultLanePath()), lanes(zelLaneKernel(path)) {
     // Entries a layout never computes stay 0.
     position.update([this](Position& p) {
         UpdatePolarCoords(p);

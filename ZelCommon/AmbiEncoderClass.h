@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Dezipper.h"
+#include "EncoderLanes.h"
 #include "SnapshotExchange.h"
 #include "tarnhoafilt.h"
 
@@ -97,6 +98,11 @@ public:
     // parameter or an overflowing filter) is written as 0 and cleared from
     // every state at the end of its block.
     void process(float** inputs, float** outputs, int n);
+    // The third-order layout runs in vector lanes where the CPU has them
+    // (chosen when the encoder is made); the result is the same to the bit.
+    // usepath picks a path, e.g. to compare them; false if the CPU lacks it.
+    bool usepath(ZelLanePath path);
+    ZelLanePath getpath() const { return path; }
     // Clears the filter memories and snaps the gain smoothers to the gains.
     // Runs on the audio thread, or while no audio runs.
     void resume();
@@ -139,6 +145,10 @@ private:
     void recover(float** outputs, int n, const Position& p, bool oddInput);
 
     template <typename Op> void filterChannels(Op&& run, bool nearSource);
+    void processScalar(const float* in, float** outputs, int n, const Position& p);
+    // The block in vector lanes; false (and nothing done) where it cannot be.
+    bool processLanes(const float* in, float** outputs, int n, const Position& p);
+    bool buffersApart(const float* in, float* const* outputs, int n);
 
     const AmbiOrder order;
     const int ncoefs;
@@ -150,4 +160,11 @@ private:
     NF_filt3 nf3[7];
     NF_filt4 nf4[9];
     DeZipper dezip[24];
+    ZelLanePath path;
+    ZelLaneKernel lanes;
+    // The buffers of the last block that processLanes checked, and the verdict.
+    const float* checkedIn = nullptr;
+    float* checkedOut[16] = {};
+    int checkedN = -1;
+    bool checkedApart = false;
 };

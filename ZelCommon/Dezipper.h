@@ -4,13 +4,18 @@
 // sample, so that gain and coefficient changes never click.
 class DeZipper {
 public:
-    DeZipper() : state(0.0f), coef(0.998f), oneMinusCoef(1.0f - coef) {}
+    static constexpr float kCoef = 0.998f;
+    static constexpr float kOneMinusCoef = 1.0f - kCoef;
+    // The tiny constant keeps the recursion out of subnormal numbers when the
+    // target is zero; it is not part of the result.
+    static constexpr float kAntiDenormal = 1e-30f;
 
-    // One step towards target. The tiny constant keeps the recursion out of
-    // subnormal numbers when the target is zero; it is not part of the result.
+    DeZipper() : state(0.0f) {}
+
+    // One step towards target.
     float smooth(float target) {
-        const float y = oneMinusCoef * target + state * coef;
-        state = y + 1e-30f;
+        const float y = kOneMinusCoef * target + state * kCoef;
+        state = y + kAntiDenormal;
         return y;
     }
 
@@ -22,6 +27,4 @@ public:
 
 private:
     float state;
-    float coef;
-    float oneMinusCoef;
 };

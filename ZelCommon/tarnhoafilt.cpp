@@ -5,7 +5,7 @@
 namespace {
 
 // Keeps the integrators out of subnormal numbers on decaying signals.
-constexpr float kAntiDenormal = 1e-30f;
+constexpr float kAntiDenormal = kNearFieldAntiDenormal;
 
 // Coefficients of the bilinear-transformed factor (1 + alpha*x) at b = w / 2.
 struct FirstOrderFactor {
@@ -62,13 +62,13 @@ inline float section1(float u, float a, float d, float& s) {
     return y;
 }
 
+// Without a branch per value: recovery asks this of every filter in every block.
 template <int kStates, int kSmoothers>
 bool allFinite(const float (&state)[kStates], const DeZipper (&smoothers)[kSmoothers]) {
-    for (float v : state)
-        if (!std::isfinite(v)) return false;
-    for (const DeZipper& d : smoothers)
-        if (!std::isfinite(d.current())) return false;
-    return true;
+    bool finite = true;
+    for (float v : state) finite &= std::isfinite(v);
+    for (const DeZipper& d : smoothers) finite &= std::isfinite(d.current());
+    return finite;
 }
 
 inline float section1Poles(float u, float d, float& s) {

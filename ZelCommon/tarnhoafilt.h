@@ -19,6 +19,12 @@
 // Orders 1 to 3 glide their coefficients through smoothers, so a new design
 // while audio plays causes no step. Order 4 takes new coefficients at once and
 // clears its integrators on every design.
+//
+// integrator() and smoother() give write access for the vector path, which runs
+// the filters of one order side by side and hands their states back.
+
+// Keeps the integrators out of subnormal numbers on decaying signals.
+inline constexpr float kNearFieldAntiDenormal = 1e-30f;
 
 class NF_filt1 {
 public:
@@ -34,6 +40,8 @@ public:
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
     const DeZipper& getsmoother(int i) const { return smoothers[i]; }
+    float& integrator(int i) { return state[i]; }
+    DeZipper& smoother(int i) { return smoothers[i]; }
     static constexpr int numCoefs = 3;
     static constexpr int numStates = 1;
 
@@ -57,6 +65,8 @@ public:
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
     const DeZipper& getsmoother(int i) const { return smoothers[i]; }
+    float& integrator(int i) { return state[i]; }
+    DeZipper& smoother(int i) { return smoothers[i]; }
     static constexpr int numCoefs = 5;
     static constexpr int numStates = 2;
 
@@ -80,6 +90,8 @@ public:
     float getcoef(int i) const { return coef[i]; }
     float getstate(int i) const { return state[i]; }
     const DeZipper& getsmoother(int i) const { return smoothers[i]; }
+    float& integrator(int i) { return state[i]; }
+    DeZipper& smoother(int i) { return smoothers[i]; }
     static constexpr int numCoefs = 7;
     static constexpr int numStates = 3;
 

@@ -1,0 +1,263 @@
+// The lane kernel's body, compiled once per instruction set: the including
+// file defines ZEL_LANES_TARGET (a target attribute string without "fma") and
+// ZEL_LANES_ENTRY (the entry's name). Everything else here has internal
+// linkage, so the two builds never mix, and only these functions, never the
+// rest of the library, use the wider instructions.
+
+#include "Dezipper.h"
+#include "EncoderLanes.h"
+#include "tarnhoafilt.h"
+
+#include <immintrin.h>
+
+#define ZEL_LANES_FN static inline __attribute__((target(ZEL_LANES_TARGET), always_inline))
+
+namespace {
+
+using V = __m256;
+
+ZEL_LANES_FN V add(V a, V b) {
+    return _mm256_add_ps(a, b);
+}
+ZEL_LANES_FN V sub(V a, V b) {
+    return _mm256_sub_ps(a, b);
+}
+ZEL_LANES_FN V mul(V a, V b) {
+    return _mm256_mul_ps(a, b);
+}
+ZEL_LANES_FN V bcast(const float* p) {
+    return _mm256_broadcast_ss(p);
+}
+
+// DeZipper::smooth in every lane.
+ZEL_LANES_FN V smooth(V target, V& state) {
+    const V y = add(mul(_mm256_set1_ps(DeZipper::kOneMinusCoef), target),
+                    mul(state, _mm256_set1_ps(DeZipper::kCoef)));
+    state = add(y, _mm256_set1_ps(DeZipper::kAntiDenormal));
+    return y;
+}
+
+// The same, but only the lanes whose sign bit is set in `advance` step on.
+ZEL_LANES_FN V smoothSome(V target, V& state, V advance) {
+    V next = state;
+    const V y = smooth(target, next);
+    state = _mm256_blendv_ps(state, next, advance);
+    return y;
+}
+
+// True if every lane of `used` (a bit per lane) has reached a fixed point of
+// its smoother: then each step returns `value` and leaves the state as it is.
+ZEL_LANES_FN bool settled(V target, V state, int used, V& value) {
+    V next = state;
+    value = smooth(target, next);
+    const __m256i same = _mm256_cmpeq_epi32(_mm256_castps_si256(next), _mm256_castps_si256(state));
+    return (_mm256_movemask_ps(_mm256_castsi256_ps(same)) & used) == used;
+}
+
+// The near-field sections of tarnhoafilt.cpp, operation by operation.
+ZEL_LANES_FN V section1(V u, V a, V d, V& s) {
+    const V x = add(sub(u, mul(d, s)), _mm256_set1_ps(kNearFieldAntiDenormal));
+    const V y = add(x, mul(a, s));
+    s = add(s, x);
+    return y;
+}
+
+ZEL_LANES_FN V section1Poles(V u, V d, V& s) {
+    const V x = sub(u, add(mul(d, s), _mm256_set1_ps(kNearFieldAntiDenormal)));
+    s = add(s, x);
+    return x;
+}
+
+ZEL_LANES_FN V section2(V u, V a1, V a2, V d1, V d2, V& s1, V& s2) {
+    const V x = add(sub(sub(u, mul(d1, s1)), mul(d2, s2)), _mm256_set1_ps(kNearFieldAntiDenormal));
+    const V y = add(add(x, mul(a1, s1)), mul(a2, s2));
+    s2 = add(s2, s1);
+    s1 = add(s1, x);
+    return y;
+}
+
+ZEL_LANES_FN V section2Poles(V u, V d1, V d2, V& s1, V& s2) {
+    const V x = sub(u, add(add(mul(d1, s1), mul(d2, s2)), _mm256_set1_ps(kNearFieldAntiDenormal)));
+    s2 = add(s2, s1);
+    s1 = add(s1, x);
+    return x;
+}
+
+// Rows 0..7 (8 samples of 8 channels from `first` on) to the channels' outputs.
+ZEL_LANES_FN void transposeStore(const float (*rows)[16], int first, float* const* out, int i) {
+    const V r0 = _mm256_load_ps(rows[0] + first), r1 = _mm256_load_ps(rows[1] + first);
+    const V r2 = _mm256_load_ps(rows[2] + first), r3 = _mm256_load_ps(rows[3] + first);
+    const V r4 = _mm256_load_ps(rows[4] + first), r5 = _mm256_load_ps(rows[5] + first);
+    const V r6 = _mm256_load_ps(rows[6] + first), r7 = _mm256_load_ps(rows[7] + first);
+    const V t0 = _mm256_unpacklo_ps(r0, r1), t1 = _mm256_unpackhi_ps(r0, r1);
+    const V t2 = _mm256_unpacklo_ps(r2, r3), t3 = _mm256_unpackhi_ps(r2, r3);
+    const V t4 = _mm256_unpacklo_ps(r4, r5), t5 = _mm256_unpackhi_ps(r4, r5);
+    const V t6 = _mm256_unpacklo_ps(r6, r7), t7 = _mm256_unpackhi_ps(r6, r7);
+    // Columns 0..3 of rows 0..3 (low halves) and 4..7 (high halves), then of rows 4..7.
+    const V c0 = _mm256_shuffle_ps(t0, t2, 0x44), c1 = _mm256_shuffle_ps(t0, t2, 0xEE);
+    const V c2 = _mm256_shuffle_ps(t1, t3, 0x44), c3 = _mm256_shuffle_ps(t1, t3, 0xEE);
+    const V d0 = _mm256_shuffle_ps(t4, t6, 0x44), d1 = _mm256_shuffle_ps(t4, t6, 0xEE);
+    const V d2 = _mm256_shuffle_ps(t5, t7, 0x44), d3 = _mm256_shuffle_ps(t5, t7, 0xEE);
+    float* const* o = out + first;
+    _mm256_storeu_ps(o[0] + i, _mm256_permute2f128_ps(c0, d0, 0x20));
+    _mm256_storeu_ps(o[1] + i, _mm256_permute2f128_ps(c1, d1, 0x20));
+    _mm256_storeu_ps(o[2] + i, _mm256_permute2f128_ps(c2, d2, 0x20));
+    _mm256_storeu_ps(o[3] + i, _mm256_permute2f128_ps(c3, d3, 0x20));
+    _mm256_storeu_ps(o[4] + i, _mm256_permute2f128_ps(c0, d0, 0x31));
+    _mm256_storeu_ps(o[5] + i, _mm256_permute2f128_ps(c1, d1, 0x31));
+    _mm256_storeu_ps(o[6] + i, _mm256_permute2f128_ps(c2, d2, 0x31));
+    _mm256_storeu_ps(o[7] + i, _mm256_permute2f128_ps(c3, d3, 0x31));
+}
+
+struct Groups {
+    V a, b, c;
+};
+
+ZEL_LANES_FN Groups loadGroups(const float* p) {
+    return {_mm256_load_ps(p), _mm256_load_ps(p + 8), _mm256_load_ps(p + 16)};
+}
+
+// Compensation off with gains at rest: each channel is the input times its
+// gain, channel by channel; the channel that holds the input comes last.
+__attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlock& b,
+                                                                const float* gain) {
+    int last = 15;
+    for (int c = 0; c < 16; ++c)
+        if (b.out[c] == b.in) last = c;
+    for (int k = 0; k < 16; ++k) {
+        const int c = k == 15 ? last : k == last ? 15 : k;
+        const V g = bcast(gain + kLaneSlot[c]);
+        float* out = b.out[c];
+        int i = 0;
+        for (; i + 8 <= b.n; i += 8) _mm256_storeu_ps(out + i, mul(_mm256_loadu_ps(b.in + i), g));
+        for (; i < b.n; ++i) out[i] = b.in[i] * gain[kLaneSlot[c]];
+    }
+}
+
+template <int kMode, bool kRestingGains, bool kRestingCoefs>
+__attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float* restingGain,
+                                                   const float* restingCoef) {
+    Groups gainTarget = loadGroups(b.gainTarget), gainState = loadGroups(b.gainState);
+    const Groups gainAtRest = loadGroups(restingGain);
+    const V coefTargetLo = _mm256_load_ps(b.coefTarget);
+    const V coefTargetHi = _mm256_load_ps(b.coefTarget + 8);
+    V coefStateLo = _mm256_load_ps(b.coefState), coefStateHi = _mm256_load_ps(b.coefState + 8);
+    // A far source steps only the smoothers of g and the poles (see process1).
+    const V all = _mm256_castsi256_ps(_mm256_set1_epi32(-1)), none = _mm256_setzero_ps();
+    const V advanceLo = kMode == kLanesNear ? all : _mm256_blend_ps(none, all, 0xCD);
+    const V advanceHi = kMode == kLanesNear ? all : _mm256_blend_ps(none, all, 0x71);
+    V s1 = _mm256_load_ps(b.order1);
+    V s21 = _mm256_load_ps(b.order2[0]), s22 = _mm256_load_ps(b.order2[1]);
+    V s31 = _mm256_load_ps(b.order3[0]), s32 = _mm256_load_ps(b.order3[1]);
+    V s33 = _mm256_load_ps(b.order3[2]);
+
+    alignas(32) float rows[8][16];
+    alignas(32) float coefRows[8][16];
+    alignas(32) float u[8];
+    for (int i = 0; i < b.n; i += 8) {
+        const int m = b.n - i < 8 ? b.n - i : 8;
+        for (int j = 0; j < m; ++j) u[j] = b.in[i + j]; // before any output of these samples
+        for (int j = 0; j < m; ++j) {
+            const float* cf = restingCoef;
+            if (kMode != kLanesOff && !kRestingCoefs) {
+                _mm256_store_ps(coefRows[j], smoothSome(coefTargetLo, coefStateLo, advanceLo));
+                _mm256_store_ps(coefRows[j] + 8, smoothSome(coefTargetHi, coefStateHi, advanceHi));
+                cf = coefRows[j];
+            }
+            const V uj = bcast(u + j);
+            Groups v;
+            if (kRestingGains) {
+                v = {mul(uj, gainAtRest.a), mul(uj, gainAtRest.b), mul(uj, gainAtRest.c)};
+            } else {
+                v.a = mul(uj, smooth(gainTarget.a, gainState.a));
+                v.b = mul(uj, smooth(gainTarget.b, gainState.b));
+                v.c = mul(uj, smooth(gainTarget.c, gainState.c));
+            }
+            if (kMode == kLanesNear) {
+                const V y1 = section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
+                v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
+                v.b = section2(mul(v.b, bcast(cf + 3)), bcast(cf + 4), bcast(cf + 5), bcast(cf + 6),
+                               bcast(cf + 7), s21, s22);
+                const V y3 = section2(mul(v.c, bcast(cf + 8)), bcast(cf + 9), bcast(cf + 10),
+                                      bcast(cf + 12), bcast(cf + 13), s31, s32);
+                v.c = section1(y3, bcast(cf + 11), bcast(cf + 14), s33);
+            } else if (kMode == kLanesFar) {
+                const V y1 = section1Poles(mul(v.a, bcast(cf + 0)), bcast(cf + 2), s1);
+                v.a = _mm256_blend_ps(y1, v.a, 0x01);
+                v.b =
+                    section2Poles(mul(v.b, bcast(cf + 3)), bcast(cf + 6), bcast(cf + 7), s21, s22);
+                const V y3 = section2Poles(mul(v.c, bcast(cf + 8)), bcast(cf + 12), bcast(cf + 13),
+                                           s31, s32);
+                v.c = section1Poles(y3, bcast(cf + 14), s33);
+            }
+            _mm256_store_ps(rows[j], _mm256_blend_ps(v.a, v.b, 0xF0));
+            _mm256_store_ps(rows[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
+        }
+        if (m == 8) {
+            transposeStore(rows, 0, b.out, i);
+            transposeStore(rows, 8, b.out, i);
+        } else {
+            for (int c = 0; c < 16; ++c)
+                for (int j = 0; j < m; ++j) b.out[c][i + j] = rows[j][c];
+        }
+    }
+
+    _mm256_store_ps(b.gainState, gainState.a);
+    _mm256_store_ps(b.gainState + 8, gainState.b);
+    _mm256_store_ps(b.gainState + 16, gainState.c);
+    _mm256_store_ps(b.coefState, coefStateLo);
+    _mm256_store_ps(b.coefState + 8, coefStateHi);
+    _mm256_store_ps(b.order1, s1);
+    _mm256_store_ps(b.order2[0], s21);
+    _mm256_store_ps(b.order2[1], s22);
+    _mm256_store_ps(b.order3[0], s31);
+    _mm256_store_ps(b.order3[1], s32);
+    _mm256_store_ps(b.order3[2], s33);
+}
+
+// Smoothers that sit at a fixed point return one value for the whole block;
+// the loop then skips them.
+template <int kMode>
+__attribute__((target(ZEL_LANES_TARGET))) void
+runMode(ZelLaneBlock& b, bool gainsRest, const float* gain, bool coefsRest, const float* coef) {
+    if (gainsRest && coefsRest) run<kMode, true, true>(b, gain, coef);
+    if (gainsRest && !coefsRest) run<kMode, true, false>(b, gain, coef);
+    if (!gainsRest && coefsRest) run<kMode, false, true>(b, gain, coef);
+    if (!gainsRest && !coefsRest) run<kMode, false, false>(b, gain, coef);
+}
+
+} // namespace
+
+__attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) {
+    alignas(32) float gain[24], coef[16];
+    Groups g;
+    const Groups gainTarget = loadGroups(b.gainTarget), gainState = loadGroups(b.gainState);
+    // Only the lanes that hold channels count (A 0..3, B 0 and 4..7, C 1..7).
+    const bool aRests = settled(gainTarget.a, gainState.a, 0x0F, g.a);
+    const bool bRests = settled(gainTarget.b, gainState.b, 0xF1, g.b);
+    const bool cRests = settled(gainTarget.c, gainState.c, 0xFE, g.c);
+    const bool gainsRest = aRests && bRests && cRests;
+    _mm256_store_ps(gain, g.a);
+    _mm256_store_ps(gain + 8, g.b);
+    _mm256_store_ps(gain + 16, g.c);
+    if (b.mode == kLanesOff) {
+        if (gainsRest)
+            restingGainsOnly(b, gain);
+        else
+            run<kLanesOff, false, true>(b, gain, coef);
+        return;
+    }
+    V lo, hi;
+    const bool near = b.mode == kLanesNear;
+    const bool loRests =
+        settled(_mm256_load_ps(b.coefTarget), _mm256_load_ps(b.coefState), near ? 0xFF : 0xCD, lo);
+    const bool hiRests = settled(_mm256_load_ps(b.coefTarget + 8), _mm256_load_ps(b.coefState + 8),
+                                 near ? 0x7F : 0x71, hi);
+    const bool coefsRest = loRests && hiRests;
+    _mm256_store_ps(coef, lo);
+    _mm256_store_ps(coef + 8, hi);
+    if (near)
+        runMode<kLanesNear>(b, gainsRest, gain, coefsRest, coef);
+    else
+        runMode<kLanesFar>(b, gainsRest, gain, coefsRest, coef);
+}
