@@ -10,6 +10,8 @@ packages=(
   clang libclang-rt-14-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev
+  # the benchmark's peer encoder, and its table (scripts/bench.sh)
+  iem-plugin-suite-vst python3
   # editor platform layer (XCB + Cairo) and its X tests
   libxcb1-dev libcairo2-dev libxcb-xtest0-dev xvfb xauth
   # editor images, drawn at build time with Cairo in the DejaVu fonts
