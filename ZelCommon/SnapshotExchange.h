@@ -35,7 +35,7 @@ public:
     SnapshotExchange& operator=(const SnapshotExchange&) = delete;
 
     T load() const {
-        T value;
+        T value{};
         for (;;) {
             const std::uint64_t h = head.load(std::memory_order_acquire);
             // Still the head afterwards: the copy is the published value, not
