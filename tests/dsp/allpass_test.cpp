@@ -5,12 +5,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <vector>
 
 namespace {
-
-constexpr float kMinusInfinityDb = -std::numeric_limits<float>::infinity();
 
 // The pure all-pass part, through the filter's own coefficient.
 std::vector<float> allPassImpulseResponse(AllPass& filter, std::size_t length) {

@@ -4,10 +4,6 @@
 
 #include <cmath>
 
-namespace {
-constexpr double kPi = 3.141592653589793;
-}
-
 TEST(EncoderPosition, CartesianOutsideTheSphereIsPulledBackAlongItsDirection) {
     ZelAmbisonicEncoder enc(kAmbi3P);
     enc.setx(1.0f);
