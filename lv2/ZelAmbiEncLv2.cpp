@@ -25,6 +25,7 @@
 #include <lv2/state/state.h>
 #include <lv2/urid/urid.h>
 
+#include <atomic>
 #include <cinttypes>
 #include <cmath>
 #include <cstdio>
@@ -131,13 +132,17 @@ public:
     // Changes made before the switch-on are in place when it snaps the
     // gains, so the first block starts at the position instead of gliding.
     void activate() {
-        if (!adoptControls) takeControls(true);
+        if (!restored.load()) takeControls(true);
         effect.resume();
     }
 
     void run(uint32_t frames) {
-        takeControls(!adoptControls);
-        adoptControls = false;
+        // After a restore the ports hold what was saved with the position;
+        // applied, they would move it again. And a reopened session starts
+        // at the position, as a switched-on one does, not gliding to it.
+        const bool fresh = restored.exchange(false);
+        takeControls(!fresh);
+        if (fresh) effect.resume();
         if (input != nullptr) {
             bool connected = true;
             for (float* out : outputs) connected = connected && out != nullptr;
@@ -171,11 +176,8 @@ public:
                             "Orvalis XY3: the saved position is unreadable; kept as it was\n");
             return LV2_STATE_ERR_BAD_TYPE;
         }
-        // A reopened session starts at the position, as a switched-on one
-        // does, not gliding to it from wherever the new instance was.
         effect.setPosition(position);
-        effect.resume();
-        adoptControls = true;
+        restored.store(true);
         return LV2_STATE_SUCCESS;
     }
 
@@ -200,9 +202,9 @@ private:
     const float* controls[kControls] = {};
     float* reports[kControls] = {};
     float applied[kControls] = {};
-    // Set by a restore (never concurrent with run): the ports the host
-    // restores with the position are the ones saved with it.
-    bool adoptControls = false;
+    // Set by a restore, which may come from another thread than run's: the
+    // next cycle takes the ports as they are and starts afresh.
+    std::atomic<bool> restored{false};
 };
 
 LV2_Handle instantiate(const LV2_Descriptor*, double rate, const char*,
