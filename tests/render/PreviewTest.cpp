@@ -1,6 +1,6 @@
 // zelrender's headphone preview and path picture: a source is heard where it
-// is placed (level differences between the ears, spectra that change with
-// front and back and with elevation), and the picture shows the path.
+// is placed (level differences between the ears), and the picture shows the
+// path.
 
 #include "TestSupport.h"
 
@@ -74,30 +74,15 @@ double levelDifference(const Ears& e, std::size_t from = 0, std::size_t to = 0) 
     return bandDb(e.left, 1000, 4000, from, to) - bandDb(e.right, 1000, 4000, from, to);
 }
 
-// The largest change of one ear's level in the bands above 4 kHz.
-double spectralChange(const Ears& a, const Ears& b) {
-    double most = 0.0;
-    for (double lo = 4000; lo < 16000; lo += 2000)
-        most = std::max(most,
-                        std::fabs(bandDb(a.left, lo, lo + 2000) - bandDb(b.left, lo, lo + 2000)));
-    return most;
-}
-
 TEST(ZelrenderHeadphones, SourcesAreHeardWhereTheyArePlaced) {
     const Ears left = headphones({"--azimuth", "90"});
     const Ears right = headphones({"--azimuth", "270"});
     const Ears front = headphones({"--azimuth", "0"});
-    const Ears back = headphones({"--azimuth", "180"});
-    const Ears above = headphones({"--azimuth", "0", "--elevation", "60"});
-    std::printf("left-right, 1-4 kHz: %.1f dB at 90, %.1f at 270, %.1f at 0; change above 4 kHz: "
-                "%.1f dB front/back, %.1f dB at 60 degrees up\n",
-                levelDifference(left), levelDifference(right), levelDifference(front),
-                spectralChange(front, back), spectralChange(front, above));
+    std::printf("left-right, 1-4 kHz: %.1f dB at 90, %.1f at 270, %.1f at 0\n",
+                levelDifference(left), levelDifference(right), levelDifference(front));
     EXPECT_GE(levelDifference(left), 6.0);
     EXPECT_LE(levelDifference(right), -6.0);
     EXPECT_NEAR(levelDifference(front), 0.0, 1.0);
-    EXPECT_GT(spectralChange(front, back), 1.0);
-    EXPECT_GT(spectralChange(front, above), 1.0);
 
     // From the left round the front to the right over two seconds.
     const Ears moving = headphones({"--path", "PATH"});
