@@ -2,6 +2,7 @@
 // Xvfb, its window found and clicked through the X server, closed the ways a
 // user closes it.
 
+#include "ChildProcess.h"
 #include "XTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -9,87 +10,25 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <fstream>
-#include <optional>
-#include <spawn.h>
-#include <sstream>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
-
-extern char** environ;
 
 using namespace editortest;
 
 namespace {
 
-// One run of zeledit with its output and errors in files; killed and reaped
-// if a test leaves it running.
-class Zeledit {
-public:
-    // display: the DISPLAY it gets; none leaves DISPLAY out altogether.
-    Zeledit(const std::vector<std::string>& arguments, const char* display) {
-        char dirTemplate[] = "/tmp/zeledit-test-XXXXXX";
-        if (const char* dir = mkdtemp(dirTemplate)) directory = dir;
-        std::vector<std::string> command{"env", "-u", "DISPLAY"};
-        if (display) command.push_back(std::string("DISPLAY=") + display);
-        command.push_back(ZEL_ZELEDIT_PATH);
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        std::vector<char*> argv;
-        for (std::string& word : command) argv.push_back(word.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        for (int fd : {STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&actions, fd, path(fd).c_str(),
-                                             O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (posix_spawnp(&pid, "env", &actions, nullptr, argv.data(), environ) != 0) pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~Zeledit() {
-        if (running()) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
-        }
-        unlink(path(STDOUT_FILENO).c_str());
-        unlink(path(STDERR_FILENO).c_str());
-        rmdir(directory.c_str());
-    }
-    Zeledit(const Zeledit&) = delete;
-    Zeledit& operator=(const Zeledit&) = delete;
+// zeledit run with the given DISPLAY; none leaves DISPLAY out altogether.
+ChildProcess zeledit(const std::vector<std::string>& arguments, const char* display) {
+    std::vector<std::string> command{"env", "-u", "DISPLAY"};
+    if (display) command.push_back(std::string("DISPLAY=") + display);
+    command.push_back(ZEL_ZELEDIT_PATH);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return ChildProcess(command);
+}
 
-    bool running() const { return pid > 0 && !status; }
-    void interrupt() { kill(pid, SIGINT); }
-    // Its exit status once it has exited normally, waiting a bounded while.
-    std::optional<int> exitStatus() {
-        pumpUntil([] {},
-                  [this] {
-                      int raw = 0;
-                      if (running() && waitpid(pid, &raw, WNOHANG) == pid) status = raw;
-                      return status.has_value();
-                  });
-        if (!status || !WIFEXITED(*status)) return std::nullopt;
-        return WEXITSTATUS(*status);
-    }
-    std::string output() const { return read(STDOUT_FILENO); }
-    std::string errors() const { return read(STDERR_FILENO); }
-
-private:
-    std::string path(int fd) const { return directory + (fd == STDOUT_FILENO ? "/out" : "/err"); }
-    std::string read(int fd) const {
-        std::ifstream in(path(fd));
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
-
-    std::string directory;
-    pid_t pid = -1;
-    std::optional<int> status;
-};
+bool running(ChildProcess& process) {
+    return !process.wait(std::chrono::milliseconds(0));
+}
 
 struct ZeleditX : XFixture {
     const char* display() const { return std::getenv("DISPLAY"); }
@@ -103,9 +42,9 @@ struct ZeleditX : XFixture {
         }
         return 0;
     }
-    bool waitForEditor(Zeledit& zeledit, xcb_window_t& window) {
+    bool waitForEditor(ChildProcess& zeledit, xcb_window_t& window) {
         return pumpUntil([] {},
-                         [&] { return (window = editorWindow()) != 0 || !zeledit.running(); }) &&
+                         [&] { return (window = editorWindow()) != 0 || !running(zeledit); }) &&
                window != 0;
     }
     bool waitUntilNoEditor() {
@@ -163,10 +102,10 @@ TEST_F(ZeleditX, ExitsAfterItsSecondsAndRefusesWhatItCannotRun) {
         {{"--seconds", "0"}, display(), 2, "--seconds needs a positive number"},
     };
     for (const auto& c : cases) {
-        Zeledit zeledit(c.arguments, c.display);
-        EXPECT_EQ(zeledit.exitStatus(), c.status) << c.message;
-        EXPECT_NE(zeledit.errors().find(c.message), std::string::npos) << zeledit.errors();
-        EXPECT_EQ(zeledit.output(), "");
+        ChildProcess run = zeledit(c.arguments, c.display);
+        EXPECT_EQ(run.wait(), c.status) << c.message;
+        EXPECT_NE(run.errors().find(c.message), std::string::npos) << run.errors();
+        EXPECT_EQ(run.output(), "");
     }
     EXPECT_TRUE(waitUntilNoEditor());
 }
@@ -175,9 +114,9 @@ TEST_F(ZeleditX, ExitsAfterItsSecondsAndRefusesWhatItCannotRun) {
 // window's close box and Ctrl-C each close the editor and end zeledit.
 TEST_F(ZeleditX, PrintsTheEditsOfAClickAndExitsWhenClosedOrInterrupted) {
     for (const bool interrupt : {false, true}) {
-        Zeledit zeledit({"--plugin", ZEL_PLUGIN_PATH}, display());
+        ChildProcess editor = zeledit({"--plugin", ZEL_PLUGIN_PATH}, display());
         xcb_window_t window = 0;
-        ASSERT_TRUE(waitForEditor(zeledit, window)) << zeledit.errors();
+        ASSERT_TRUE(waitForEditor(editor, window)) << editor.errors();
         // No window manager: the window stands at the root's origin. 60 px
         // down the switch (at 50, 77) is band 49 of 79, 1.80 m.
         client.movePointer(62, 77 + 60);
@@ -185,17 +124,17 @@ TEST_F(ZeleditX, PrintsTheEditsOfAClickAndExitsWhenClosedOrInterrupted) {
         client.releaseButton(1);
         ASSERT_TRUE(pumpUntil([] {},
                               [&] {
-                                  return zeledit.output().find("end edit") != std::string::npos ||
-                                         !zeledit.running();
+                                  return editor.output().find("end edit") != std::string::npos ||
+                                         !running(editor);
                               }));
-        EXPECT_EQ(zeledit.output(), "begin edit   6 Compensation Distance\n"
-                                    "automate     6 Compensation Distance 0.371795  1.80 m\n"
-                                    "end edit     6 Compensation Distance\n");
+        EXPECT_EQ(editor.output(), "begin edit   6 Compensation Distance\n"
+                                   "automate     6 Compensation Distance 0.371795  1.80 m\n"
+                                   "end edit     6 Compensation Distance\n");
         if (interrupt)
-            zeledit.interrupt();
+            editor.signal(SIGINT);
         else
             requestClose(window);
-        EXPECT_EQ(zeledit.exitStatus(), 0) << zeledit.errors();
+        EXPECT_EQ(editor.wait(), 0) << editor.errors();
         EXPECT_TRUE(waitUntilNoEditor()) << (interrupt ? "Ctrl-C" : "close box");
     }
 }

@@ -76,58 +76,6 @@ TEST(PluginEntry, AsksTheHostOnlyForItsVersionAndRefusesOneThatHasNone) {
     EXPECT_EQ(plugin.loaded.host().requests(), std::vector<VstInt32>{audioMasterVersion});
 }
 
-// What zelrender --info cannot show: the flags beyond the editor and
-// replacing, and the answers to queries the plug-in has nothing for.
-TEST(PluginIdentity, FlagsAndAnswersToQueriesItHasNothingFor) {
-    HostedPlugin plugin;
-    // No double precision, no chunks, not a synth, no latency.
-    EXPECT_EQ(plugin.fx->flags, effFlagsCanReplacing | effFlagsHasEditor);
-    EXPECT_EQ(plugin.fx->initialDelay, 0);
-    for (VstInt32 opcode :
-         {VstInt32{effGetEffectName}, VstInt32{effGetTailSize}, 9999, -1}) // no buffer: no answer
-        EXPECT_EQ(plugin.dispatch(opcode), 0) << opcode;
-    for (const char* query : {"receiveVstEvents", "receiveVstMidiEvent", "sendVstEvents",
-                              "sendVstMidiEvent", "bypass", "hasCockosExtensions"}) {
-        char buffer[64];
-        std::strcpy(buffer, query);
-        EXPECT_EQ(plugin.dispatch(effCanDo, 0, 0, buffer), 0) << query;
-    }
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(plugin.dispatch(effCanBeAutomated, i), 1);
-    void* chunk = &plugin;
-    EXPECT_EQ(plugin.dispatch(effGetChunk, 0, 0, &chunk), 0);
-    EXPECT_EQ(chunk, &plugin);
-}
-
-// A pin request into a sentinel-filled record, summed up as "answer label
-// flags", with "-" for a label or flags left alone; no other field may change.
-std::string askPin(HostedPlugin& plugin, VstInt32 opcode, VstInt32 index) {
-    VstPinProperties pin, untouched;
-    std::memset(&pin, kSentinel, sizeof pin);
-    std::memset(&untouched, kSentinel, sizeof untouched);
-    const VstIntPtr answer = plugin.dispatch(opcode, index, 0, &pin);
-    EXPECT_EQ(std::memcmp(&pin.arrangementType, &untouched.arrangementType,
-                          sizeof pin - offsetof(VstPinProperties, arrangementType)),
-              0)
-        << index;
-    return std::to_string(answer) + " " + (pin.label[0] == kSentinel ? "-" : pin.label) + " " +
-           (pin.flags == untouched.flags ? "-" : std::to_string(pin.flags));
-}
-
-TEST(PluginPins, MonoInputAndSixteenOutputsInLetterOrder) {
-    HostedPlugin plugin;
-    const std::string active = std::to_string(kVstPinIsActive);
-    EXPECT_EQ(askPin(plugin, effGetInputProperties, 0), "1 Mono Input " + active);
-    for (int index : {1, -1, 16}) EXPECT_EQ(askPin(plugin, effGetInputProperties, index), "0 - -");
-    // Labels in their own letter order, not the ACN order of the content;
-    // beyond the sixteen the lenient answer: active, but no label.
-    for (int k : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, -1, 1000}) {
-        const std::string label = k >= 0 && k < 16 ? std::string(1, "WXYZRSTUVKLMNOPQ"[k]) : "-";
-        EXPECT_EQ(askPin(plugin, effGetOutputProperties, k), "1 " + label + " " + active) << k;
-    }
-    EXPECT_EQ(plugin.dispatch(effGetInputProperties, 0, 0, nullptr), 0);
-    EXPECT_EQ(plugin.dispatch(effGetOutputProperties, 0, 0, nullptr), 0);
-}
-
 TEST(PluginParameters, IndicesOutOfRangeAndMissingBuffers) {
     HostedPlugin plugin;
     for (int op : {effGetParamName, effGetParamLabel, effGetParamDisplay})

@@ -4,7 +4,6 @@
 
 #include "AutomationPath.h"
 #include "BlockProcessor.h"
-#include "DemoScene.h"
 #include "ParameterMapping.h"
 #include "Position.h"
 #include "TestSupport.h"
@@ -81,7 +80,7 @@ std::vector<float> reference(const std::vector<float>& input, double rate,
 struct RenderCase {
     const char* name;
     const char* options; // separated by blanks; PATH stands for the path file
-    double seconds;      // of input; 0: the built-in demo
+    double seconds;      // of input
     int rate, format;
     std::optional<int> program;
     std::optional<double> compensation;
@@ -103,21 +102,13 @@ TEST_P(ZelrenderMatchesEncoder, BitForBit) {
     for (std::string o; options >> o;) arguments.push_back(o == "PATH" ? dir.file("path.txt") : o);
     dir.writeText("path.txt", c.path);
     std::istringstream pathText(c.path);
-    AutomationPath path = AutomationPath::parse(pathText, "path");
-    std::vector<float> input;
-    if (c.seconds > 0) {
-        writeAudio(dir.file("in"),
-                   {1, c.rate, c.format, testNoise(std::llround(c.seconds * c.rate), c.rate)});
-        // What the encoder gets is what libsndfile reads back (16-bit formats
-        // are quantised on the way in).
-        input = readAudio(dir.file("in")).samples;
-        arguments.push_back(dir.file("in"));
-    } else {
-        DemoSignal signal;
-        input.resize(static_cast<std::size_t>(signal.frames()));
-        ASSERT_EQ(signal.read(input.data(), static_cast<int>(input.size())), signal.frames());
-        path = DemoScene::trajectory();
-    }
+    const AutomationPath path = AutomationPath::parse(pathText, "path");
+    writeAudio(dir.file("in"),
+               {1, c.rate, c.format, testNoise(std::llround(c.seconds * c.rate), c.rate)});
+    // What the encoder gets is what libsndfile reads back (16-bit formats are
+    // quantised on the way in).
+    const std::vector<float> input = readAudio(dir.file("in")).samples;
+    arguments.push_back(dir.file("in"));
     const RunResult result = runZelrender(arguments);
     ASSERT_EQ(result.exitCode, 0) << result.err;
 
@@ -157,8 +148,7 @@ const RenderCase kCases[] = {
      48000, SF_FORMAT_FLAC | SF_FORMAT_PCM_16, std::nullopt, std::nullopt,
      "cartesian\n0 3 1 0\n0.05 1 0.3 0.1\n0.1 0 0 0\n0.15 -1 -0.3 -0.1\n0.2 -3 -1 0\n"
      "0.25 0 4 0\n"},
-    {"BuiltInDemo", "", 0, static_cast<int>(DemoScene::kSampleRate), kWavFloat, std::nullopt,
-     DemoScene::kCompensationMetres, "polar\n0 0 0 off\n"}};
+};
 
 INSTANTIATE_TEST_SUITE_P(Renders, ZelrenderMatchesEncoder, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });

@@ -1,17 +1,16 @@
 #include "TestSupport.h"
+#include "ChildProcess.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sndfile.h>
 #include <sstream>
 #include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -80,25 +79,12 @@ std::vector<std::string> lines(const std::string& text) {
 }
 
 RunResult runZelrender(const std::vector<std::string>& arguments, int interruptAfterMs) {
-    ScratchDir capture;
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open(capture.file("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-        dup2(open(capture.file("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-        std::vector<std::string> copies = arguments;
-        copies.insert(copies.begin(), ZELRENDER_PATH);
-        std::vector<char*> argv;
-        for (std::string& a : copies) argv.push_back(a.data());
-        argv.push_back(nullptr);
-        execv(argv[0], argv.data());
-        _exit(127);
-    }
+    std::vector<std::string> command{ZELRENDER_PATH};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    ChildProcess zelrender(command);
     if (interruptAfterMs > 0) {
-        usleep(static_cast<useconds_t>(interruptAfterMs) * 1000);
-        kill(child, SIGINT);
+        std::this_thread::sleep_for(std::chrono::milliseconds(interruptAfterMs));
+        zelrender.signal(SIGINT);
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-            capture.readText("out"), capture.readText("err")};
+    return {zelrender.wait().value_or(-1), zelrender.output(), zelrender.errors()};
 }
