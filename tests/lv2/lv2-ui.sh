@@ -39,7 +39,8 @@ width=$(number kWindowWidth) height=$(number kWindowHeight) handle=$(number kHan
 Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$scratch/display" 2>"$scratch/xvfb.err" &
 pids+=($!)
 within 60 test -s "$scratch/display" || fail "Xvfb did not start"
-export DISPLAY=":$(cat "$scratch/display")" JACK_DEFAULT_SERVER="zel-lv2-ui-$$" JACK_NO_START_SERVER=1
+export DISPLAY JACK_DEFAULT_SERVER="zel-lv2-ui-$$" JACK_NO_START_SERVER=1
+DISPLAY=":$(cat "$scratch/display")"
 export LV2_PATH
 LV2_PATH=$(dirname "$bundle")
 jackd -r -d dummy -r 48000 -p 256 >"$scratch/jackd.out" 2>"$scratch/jackd.err" &

@@ -48,7 +48,8 @@ mkdir -p "$work/home" "$work/config" "$work/cache" "$work/data" "$work/lxvst" "$
 # of it both ways; LXVST_PATH counts as the private configuration has no
 # saved plug-in path.
 export HOME="$work/home" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache" \
-  XDG_DATA_HOME="$work/data" LXVST_PATH="$work/lxvst" LV2_PATH="$(dirname "$bundle")"
+  XDG_DATA_HOME="$work/data" LXVST_PATH="$work/lxvst" LV2_PATH
+LV2_PATH=$(dirname "$bundle")
 unset VST_PATH LXVST_PLUGINS || true
 
 # run NAME TIMEOUT COMMAND...: runs one step with its output in logs/NAME.*;
