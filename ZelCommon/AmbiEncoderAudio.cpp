@@ -30,6 +30,7 @@ bool hasHugeOrNonFinite(const float* samples, int n) {
 void ZelAmbisonicEncoder::applyDesign(const Position& p) {
     if (p.designs == appliedDesigns) return;
     appliedDesigns = p.designs;
+    filtersFinite = false;
     const float ws = p.ws, wc = p.wc;
     const FilterSet set = filterset(order);
     if (set.n1 > 0) {
@@ -123,6 +124,7 @@ void ZelAmbisonicEncoder::processScalar(const float* in, float** outputs, int n,
     }
 
     if (kFarLimit > p.NFC) { // else compensation off: interior panning only
+        filtersFinite = false;
         if (kFarLimit > p.dist) {
             filterChannels(
                 [&](auto& f, int from, int to) { f.process(n, outputs[from], outputs[to], 1); },
@@ -150,18 +152,25 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
         }
     }
     const FilterSet set = filterset(order);
-    auto recoverAll = [&scrub](auto* filters, int count) {
+    bool reset = false;
+    auto recoverAll = [&reset](auto* filters, int count) {
         for (int i = 0; i < count; ++i) {
             if (!filters[i].isfinite()) {
                 filters[i].reset();
-                scrub = true;
+                reset = true;
             }
         }
     };
-    recoverAll(nf1, set.n1);
-    recoverAll(nf2, set.n2);
-    recoverAll(nf3, set.n3);
-    recoverAll(nf4, set.n4);
+    // Filters found finite and untouched since need no second look. A reset
+    // one can stay non-finite (its design may be), so it is looked at again.
+    if (!filtersFinite) {
+        recoverAll(nf1, set.n1);
+        recoverAll(nf2, set.n2);
+        recoverAll(nf3, set.n3);
+        recoverAll(nf4, set.n4);
+        filtersFinite = !reset;
+    }
+    scrub = scrub || reset;
     // Finite values pass untouched, so finite results keep their bits.
     for (int c = 0; scrub && c < ncoefs; ++c) {
         for (int i = 0; i < n; ++i)
@@ -172,6 +181,7 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
 void ZelAmbisonicEncoder::resume() {
     const Position p = position.load();
     applyDesign(p);
+    filtersFinite = false;
     const FilterSet set = filterset(order);
     for (int i = 0; i < set.n1; ++i) nf1[i].reset();
     for (int i = 0; i < set.n2; ++i) nf2[i].reset();

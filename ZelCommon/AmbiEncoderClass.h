@@ -160,6 +160,9 @@ private:
     NF_filt3 nf3[7];
     NF_filt4 nf4[9];
     DeZipper dezip[24];
+    // True while every filter is known to be finite: recover found them so
+    // and nothing has run or changed them since.
+    bool filtersFinite = false;
     ZelLanePath path;
     ZelLaneKernel lanes;
     // The buffers of the last block that processLanes checked, and the verdict.

@@ -79,15 +79,13 @@ bool ZelAmbisonicEncoder::processLanes(const float* in, float** outputs, int n, 
     if (!shared || !buffersApart(in, outputs, n)) return false;
 
     ZelLaneBlock b;
-    std::memset(b.gainTarget, 0, sizeof b.gainTarget);
-    std::memset(b.gainState, 0, sizeof b.gainState);
     b.in = in;
     b.out = outputs;
     b.n = n;
     b.mode = mode;
     for (int c = 0; c < 16; ++c) {
-        b.gainTarget[kLaneSlot[c]] = p.gains[c];
-        b.gainState[kLaneSlot[c]] = dezip[c].current();
+        b.gainTarget[c] = p.gains[c];
+        b.gainState[c] = dezip[c].current();
     }
     if (mode != kLanesOff) {
         std::memset(b.coefTarget, 0, sizeof b.coefTarget);
@@ -105,9 +103,10 @@ bool ZelAmbisonicEncoder::processLanes(const float* in, float** outputs, int n, 
             for (int s = 0; s < 3; ++s) b.order3[s][order3Lane(i)] = nf3[i].getstate(s);
     }
 
+    if (mode != kLanesOff) filtersFinite = false;
     lanes(b);
 
-    for (int c = 0; c < 16; ++c) dezip[c].init(b.gainState[kLaneSlot[c]]);
+    for (int c = 0; c < 16; ++c) dezip[c].init(b.gainState[c]);
     if (mode != kLanesOff) {
         giveCoefs(nf1, 3, 1, b);
         giveCoefs(nf2, 5, 2, b);

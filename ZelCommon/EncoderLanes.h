@@ -28,14 +28,14 @@ enum ZelLaneMode : int {
     kLanesNear = 2, // poles and zeros
 };
 
-struct ZelLaneBlock {
+struct alignas(64) ZelLaneBlock {
     const float* in;
     float* const* out; // 16 channels, apart from each other; in is apart or one of them
     int n;
     int mode;
-    // Gain smoothers in the groups' lanes: A at 0, B at 8, C at 16.
-    alignas(32) float gainTarget[24];
-    alignas(32) float gainState[24];
+    // Gain smoothers in channel order.
+    alignas(64) float gainTarget[16];
+    alignas(64) float gainState[16];
     // Shared coefficient smoothers, indexed as above.
     alignas(32) float coefTarget[16];
     alignas(32) float coefState[16];
@@ -45,8 +45,6 @@ struct ZelLaneBlock {
     alignas(32) float order3[3][8];
 };
 
-// Slot of each channel in gainTarget/gainState.
-constexpr int kLaneSlot[16] = {0, 1, 2, 3, 12, 13, 14, 15, 8, 17, 18, 19, 20, 21, 22, 23};
 // Lane of filter i of order 1, 2 and 3 in its group.
 constexpr int order1Lane(int i) {
     return i + 1;

@@ -1,6 +1,10 @@
-// The same kernel with AVX-512's encoding of the 8-lane operations: 32
-// registers instead of 16 keep every coefficient and state in a register.
-// No FMA, as in the AVX2 build.
+// The same kernel with the 16 gain smoothers in one 16-lane vector, and
+// AVX-512's encoding of the 8-lane operations, whose 32 registers keep the
+// coefficients and states in registers. No FMA, as in the AVX2 build.
 #define ZEL_LANES_TARGET "avx512f,avx512vl"
+#define ZEL_LANES_WIDE
+// GCC 12's AVX-512 intrinsics start some results from an undefined vector,
+// which -Wmaybe-uninitialized takes for the use of one.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #define ZEL_LANES_ENTRY zelLanesAvx512
 #include "EncoderLanesKernel.h"

@@ -11,6 +11,7 @@
 #include <immintrin.h>
 
 #define ZEL_LANES_FN static inline __attribute__((target(ZEL_LANES_TARGET), always_inline))
+#define ZEL_LANES_METHOD inline __attribute__((target(ZEL_LANES_TARGET), always_inline))
 
 namespace {
 
@@ -109,13 +110,81 @@ ZEL_LANES_FN void transposeStore(const float (*rows)[16], int first, float* cons
     _mm256_storeu_ps(o[7] + i, _mm256_permute2f128_ps(c3, d3, 0x31));
 }
 
+// The gain smoothers in channel order, and each sample's gain stage: the
+// input times the smoothed gains, as the groups A (channels 0..7), B (8, then
+// 1..7) and C (8..15); the lanes a group does not own carry other channels.
 struct Groups {
     V a, b, c;
 };
 
-ZEL_LANES_FN Groups loadGroups(const float* p) {
-    return {_mm256_load_ps(p), _mm256_load_ps(p + 8), _mm256_load_ps(p + 16)};
-}
+#ifdef ZEL_LANES_WIDE
+// All 16 smoothers in one 16-lane vector.
+struct GainStage {
+    using State = __m512;
+    __m512 target, state, atRest;
+    static ZEL_LANES_METHOD __m512 smooth16(__m512 t, __m512& s) {
+        const __m512 y = _mm512_add_ps(_mm512_mul_ps(_mm512_set1_ps(DeZipper::kOneMinusCoef), t),
+                                       _mm512_mul_ps(s, _mm512_set1_ps(DeZipper::kCoef)));
+        s = _mm512_add_ps(y, _mm512_set1_ps(DeZipper::kAntiDenormal));
+        return y;
+    }
+    ZEL_LANES_METHOD void load(const ZelLaneBlock& b) {
+        target = _mm512_load_ps(b.gainTarget);
+        state = _mm512_load_ps(b.gainState);
+    }
+    ZEL_LANES_METHOD State start() const { return state; }
+    ZEL_LANES_METHOD bool settled(float* value) {
+        __m512 next = state;
+        atRest = smooth16(target, next);
+        _mm512_store_ps(value, atRest);
+        const __m512i a = _mm512_castps_si512(next), b = _mm512_castps_si512(state);
+        return _mm512_cmpneq_epi32_mask(a, b) == 0;
+    }
+    ZEL_LANES_METHOD static void store(ZelLaneBlock& b, State s) {
+        _mm512_store_ps(b.gainState, s);
+    }
+    // The smoothers' state is the caller's local, so that it stays in a register.
+    template <bool kRest> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+        const __m512 v = _mm512_mul_ps(_mm512_set1_ps(*u), kRest ? atRest : smooth16(target, s));
+        __asm__("" : "+v"(s)); // GCC would keep the state in memory, on the recursion's path
+        const V a = _mm512_castps512_ps256(v);
+        const V c = _mm512_castps512_ps256(_mm512_shuffle_f32x4(v, v, 0xEE));
+        return {a, _mm256_blend_ps(a, c, 0x01), c};
+    }
+};
+#else
+struct GainStage {
+    struct State {
+        V lo, hi;
+    };
+    V targetLo, targetHi, stateLo, stateHi, restLo, restHi;
+    ZEL_LANES_METHOD void load(const ZelLaneBlock& b) {
+        targetLo = _mm256_load_ps(b.gainTarget);
+        targetHi = _mm256_load_ps(b.gainTarget + 8);
+        stateLo = _mm256_load_ps(b.gainState);
+        stateHi = _mm256_load_ps(b.gainState + 8);
+    }
+    ZEL_LANES_METHOD State start() const { return {stateLo, stateHi}; }
+    ZEL_LANES_METHOD bool settled(float* value) {
+        const bool lo = ::settled(targetLo, stateLo, 0xFF, restLo);
+        const bool hi = ::settled(targetHi, stateHi, 0xFF, restHi);
+        _mm256_store_ps(value, restLo);
+        _mm256_store_ps(value + 8, restHi);
+        return lo && hi;
+    }
+    ZEL_LANES_METHOD static void store(ZelLaneBlock& b, State s) {
+        _mm256_store_ps(b.gainState, s.lo);
+        _mm256_store_ps(b.gainState + 8, s.hi);
+    }
+    // The smoothers' state is the caller's local, so that it stays in registers.
+    template <bool kRest> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+        const V uj = bcast(u);
+        const V a = mul(uj, kRest ? restLo : smooth(targetLo, s.lo));
+        const V c = mul(uj, kRest ? restHi : smooth(targetHi, s.hi));
+        return {a, _mm256_blend_ps(a, c, 0x01), c};
+    }
+};
+#endif
 
 // Compensation off with gains at rest: each channel is the input times its
 // gain, channel by channel; the channel that holds the input comes last.
@@ -126,19 +195,18 @@ __attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlo
         if (b.out[c] == b.in) last = c;
     for (int k = 0; k < 16; ++k) {
         const int c = k == 15 ? last : k == last ? 15 : k;
-        const V g = bcast(gain + kLaneSlot[c]);
+        const V g = bcast(gain + c);
         float* out = b.out[c];
         int i = 0;
         for (; i + 8 <= b.n; i += 8) _mm256_storeu_ps(out + i, mul(_mm256_loadu_ps(b.in + i), g));
-        for (; i < b.n; ++i) out[i] = b.in[i] * gain[kLaneSlot[c]];
+        for (; i < b.n; ++i) out[i] = b.in[i] * gain[c];
     }
 }
 
 template <int kMode, bool kRestingGains, bool kRestingCoefs>
-__attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float* restingGain,
+__attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainStage& gains,
                                                    const float* restingCoef) {
-    Groups gainTarget = loadGroups(b.gainTarget), gainState = loadGroups(b.gainState);
-    const Groups gainAtRest = loadGroups(restingGain);
+    GainStage::State gainState = gains.start();
     const V coefTargetLo = _mm256_load_ps(b.coefTarget);
     const V coefTargetHi = _mm256_load_ps(b.coefTarget + 8);
     V coefStateLo = _mm256_load_ps(b.coefState), coefStateHi = _mm256_load_ps(b.coefState + 8);
@@ -164,15 +232,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float*
                 _mm256_store_ps(coefRows[j] + 8, smoothSome(coefTargetHi, coefStateHi, advanceHi));
                 cf = coefRows[j];
             }
-            const V uj = bcast(u + j);
-            Groups v;
-            if (kRestingGains) {
-                v = {mul(uj, gainAtRest.a), mul(uj, gainAtRest.b), mul(uj, gainAtRest.c)};
-            } else {
-                v.a = mul(uj, smooth(gainTarget.a, gainState.a));
-                v.b = mul(uj, smooth(gainTarget.b, gainState.b));
-                v.c = mul(uj, smooth(gainTarget.c, gainState.c));
-            }
+            Groups v = gains.template step<kRestingGains>(u + j, gainState);
             if (kMode == kLanesNear) {
                 const V y1 = section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
                 v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
@@ -190,8 +250,13 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float*
                                            s31, s32);
                 v.c = section1Poles(y3, bcast(cf + 14), s33);
             }
-            _mm256_store_ps(rows[j], _mm256_blend_ps(v.a, v.b, 0xF0));
-            _mm256_store_ps(rows[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
+            if (kMode == kLanesOff) {
+                _mm256_store_ps(rows[j], v.a);
+                _mm256_store_ps(rows[j] + 8, v.c);
+            } else {
+                _mm256_store_ps(rows[j], _mm256_blend_ps(v.a, v.b, 0xF0));
+                _mm256_store_ps(rows[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
+            }
         }
         if (m == 8) {
             transposeStore(rows, 0, b.out, i);
@@ -202,9 +267,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float*
         }
     }
 
-    _mm256_store_ps(b.gainState, gainState.a);
-    _mm256_store_ps(b.gainState + 8, gainState.b);
-    _mm256_store_ps(b.gainState + 16, gainState.c);
+    GainStage::store(b, gainState);
     _mm256_store_ps(b.coefState, coefStateLo);
     _mm256_store_ps(b.coefState + 8, coefStateHi);
     _mm256_store_ps(b.order1, s1);
@@ -218,33 +281,28 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const float*
 // Smoothers that sit at a fixed point return one value for the whole block;
 // the loop then skips them.
 template <int kMode>
-__attribute__((target(ZEL_LANES_TARGET))) void
-runMode(ZelLaneBlock& b, bool gainsRest, const float* gain, bool coefsRest, const float* coef) {
-    if (gainsRest && coefsRest) run<kMode, true, true>(b, gain, coef);
-    if (gainsRest && !coefsRest) run<kMode, true, false>(b, gain, coef);
-    if (!gainsRest && coefsRest) run<kMode, false, true>(b, gain, coef);
-    if (!gainsRest && !coefsRest) run<kMode, false, false>(b, gain, coef);
+__attribute__((target(ZEL_LANES_TARGET))) void runMode(ZelLaneBlock& b, const GainStage& gains,
+                                                       bool gainsRest, bool coefsRest,
+                                                       const float* coef) {
+    if (gainsRest && coefsRest) run<kMode, true, true>(b, gains, coef);
+    if (gainsRest && !coefsRest) run<kMode, true, false>(b, gains, coef);
+    if (!gainsRest && coefsRest) run<kMode, false, true>(b, gains, coef);
+    if (!gainsRest && !coefsRest) run<kMode, false, false>(b, gains, coef);
 }
 
 } // namespace
 
 __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) {
-    alignas(32) float gain[24], coef[16];
-    Groups g;
-    const Groups gainTarget = loadGroups(b.gainTarget), gainState = loadGroups(b.gainState);
-    // Only the lanes that hold channels count (A 0..3, B 0 and 4..7, C 1..7).
-    const bool aRests = settled(gainTarget.a, gainState.a, 0x0F, g.a);
-    const bool bRests = settled(gainTarget.b, gainState.b, 0xF1, g.b);
-    const bool cRests = settled(gainTarget.c, gainState.c, 0xFE, g.c);
-    const bool gainsRest = aRests && bRests && cRests;
-    _mm256_store_ps(gain, g.a);
-    _mm256_store_ps(gain + 8, g.b);
-    _mm256_store_ps(gain + 16, g.c);
+    alignas(64) float gain[16];
+    alignas(32) float coef[16];
+    GainStage gains;
+    gains.load(b);
+    const bool gainsRest = gains.settled(gain);
     if (b.mode == kLanesOff) {
         if (gainsRest)
             restingGainsOnly(b, gain);
         else
-            run<kLanesOff, false, true>(b, gain, coef);
+            run<kLanesOff, false, true>(b, gains, coef);
         return;
     }
     V lo, hi;
@@ -253,11 +311,10 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
         settled(_mm256_load_ps(b.coefTarget), _mm256_load_ps(b.coefState), near ? 0xFF : 0xCD, lo);
     const bool hiRests = settled(_mm256_load_ps(b.coefTarget + 8), _mm256_load_ps(b.coefState + 8),
                                  near ? 0x7F : 0x71, hi);
-    const bool coefsRest = loRests && hiRests;
     _mm256_store_ps(coef, lo);
     _mm256_store_ps(coef + 8, hi);
     if (near)
-        runMode<kLanesNear>(b, gainsRest, gain, coefsRest, coef);
+        runMode<kLanesNear>(b, gains, gainsRest, loRests && hiRests, coef);
     else
-        runMode<kLanesFar>(b, gainsRest, gain, coefsRest, coef);
+        runMode<kLanesFar>(b, gains, gainsRest, loRests && hiRests, coef);
 }
