@@ -169,6 +169,7 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
         recoverAll(nf3, set.n3);
         recoverAll(nf4, set.n4);
         filtersFinite = !reset;
+        smoothersParted = smoothersParted || reset;
     }
     scrub = scrub || reset;
     // Finite values pass untouched, so finite results keep their bits.

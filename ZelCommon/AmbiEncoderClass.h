@@ -163,6 +163,10 @@ private:
     // True while every filter is known to be finite: recover found them so
     // and nothing has run or changed them since.
     bool filtersFinite = false;
+    // False while the filters of each order are known to have equal
+    // smoothers: they start so and step together; only a recovery that resets
+    // some of them can part them.
+    bool smoothersParted = false;
     ZelLanePath path;
     ZelLaneKernel lanes;
     // The buffers of the last block that processLanes checked, and the verdict.

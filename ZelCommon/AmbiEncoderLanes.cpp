@@ -20,7 +20,7 @@ bool sameBits(float a, float b) {
 
 // The filters of one order always get one design and step together, but a
 // recovery resets only the filters that went wrong, so their smoothers can
-// part; then they cannot share one.
+// part (see smoothersParted); then they cannot share one.
 template <typename Filter> bool smoothersShared(const Filter* filters, int count) {
     for (int i = 1; i < count; ++i)
         for (int k = 0; k < Filter::numCoefs; ++k)
@@ -41,6 +41,16 @@ void giveCoefs(Filter* filters, int count, int order, const ZelLaneBlock& b) {
     for (int i = 0; i < count; ++i)
         for (int k = 0; k < Filter::numCoefs; ++k)
             filters[i].smoother(k).init(b.coefState[kCoefBase[order] + k]);
+}
+
+template <int kCount> bool allFinite(const float (&values)[kCount]) {
+    std::uint32_t worst = 0;
+    for (float v : values) {
+        std::uint32_t bits;
+        std::memcpy(&bits, &v, sizeof bits);
+        worst |= static_cast<std::uint32_t>((bits & 0x7f800000u) == 0x7f800000u);
+    }
+    return worst == 0;
 }
 
 } // namespace
@@ -74,9 +84,12 @@ bool ZelAmbisonicEncoder::buffersApart(const float* in, float* const* outputs, i
 bool ZelAmbisonicEncoder::processLanes(const float* in, float** outputs, int n, const Position& p) {
     if (lanes == nullptr || order != kAmbi3P || n == 0) return false;
     const int mode = !(kFarLimit > p.NFC) ? kLanesOff : kFarLimit > p.dist ? kLanesNear : kLanesFar;
-    const bool shared = mode == kLanesOff || (smoothersShared(nf1, 3) && smoothersShared(nf2, 5) &&
-                                              smoothersShared(nf3, 7));
-    if (!shared || !buffersApart(in, outputs, n)) return false;
+    if (mode != kLanesOff && smoothersParted) {
+        if (!(smoothersShared(nf1, 3) && smoothersShared(nf2, 5) && smoothersShared(nf3, 7)))
+            return false;
+        smoothersParted = false;
+    }
+    if (!buffersApart(in, outputs, n)) return false;
 
     ZelLaneBlock b;
     b.in = in;
@@ -103,14 +116,22 @@ bool ZelAmbisonicEncoder::processLanes(const float* in, float** outputs, int n, 
             for (int s = 0; s < 3; ++s) b.order3[s][order3Lane(i)] = nf3[i].getstate(s);
     }
 
-    if (mode != kLanesOff) filtersFinite = false;
     lanes(b);
 
-    for (int c = 0; c < 16; ++c) dezip[c].init(b.gainState[c]);
+    // Smoothers at rest kept their states.
+    if (!b.gainsRested)
+        for (int c = 0; c < 16; ++c) dezip[c].init(b.gainState[c]);
     if (mode != kLanesOff) {
-        giveCoefs(nf1, 3, 1, b);
-        giveCoefs(nf2, 5, 2, b);
-        giveCoefs(nf3, 7, 3, b);
+        if (!b.coefsRested) {
+            giveCoefs(nf1, 3, 1, b);
+            giveCoefs(nf2, 5, 2, b);
+            giveCoefs(nf3, 7, 3, b);
+        }
+        // What the lanes hand back is every filter's state and smoothers (and
+        // the unused lanes', which can only make this answer false).
+        filtersFinite = allFinite(b.coefState) && allFinite(b.order1) && allFinite(b.order2[0]) &&
+                        allFinite(b.order2[1]) && allFinite(b.order3[0]) &&
+                        allFinite(b.order3[1]) && allFinite(b.order3[2]);
         for (int i = 0; i < 3; ++i) nf1[i].integrator(0) = b.order1[order1Lane(i)];
         for (int i = 0; i < 5; ++i)
             for (int s = 0; s < 2; ++s) nf2[i].integrator(s) = b.order2[s][order2Lane(i)];

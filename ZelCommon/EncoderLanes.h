@@ -33,6 +33,10 @@ struct alignas(64) ZelLaneBlock {
     float* const* out; // 16 channels, apart from each other; in is apart or one of them
     int n;
     int mode;
+    // Set by the kernel: the gain or coefficient smoothers sat at a fixed
+    // point, so their states are as they were.
+    bool gainsRested;
+    bool coefsRested;
     // Gain smoothers in channel order.
     alignas(64) float gainTarget[16];
     alignas(64) float gainState[16];

@@ -298,6 +298,8 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
     GainStage gains;
     gains.load(b);
     const bool gainsRest = gains.settled(gain);
+    b.gainsRested = gainsRest;
+    b.coefsRested = true;
     if (b.mode == kLanesOff) {
         if (gainsRest)
             restingGainsOnly(b, gain);
@@ -313,6 +315,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
                                  near ? 0x7F : 0x71, hi);
     _mm256_store_ps(coef, lo);
     _mm256_store_ps(coef + 8, hi);
+    b.coefsRested = loRests && hiRests;
     if (near)
         runMode<kLanesNear>(b, gains, gainsRest, loRests && hiRests, coef);
     else
