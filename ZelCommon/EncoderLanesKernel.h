@@ -190,16 +190,20 @@ struct GainStage {
 // gain, channel by channel; the channel that holds the input comes last.
 __attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlock& b,
                                                                 const float* gain) {
+    // Locals: the compiler cannot tell that the stores leave the block alone.
+    const int n = b.n;
+    const float* in = b.in;
+    float* const* outs = b.out;
     int last = 15;
     for (int c = 0; c < 16; ++c)
-        if (b.out[c] == b.in) last = c;
+        if (outs[c] == in) last = c;
     for (int k = 0; k < 16; ++k) {
         const int c = k == 15 ? last : k == last ? 15 : k;
         const V g = bcast(gain + c);
-        float* out = b.out[c];
+        float* out = outs[c];
         int i = 0;
-        for (; i + 8 <= b.n; i += 8) _mm256_storeu_ps(out + i, mul(_mm256_loadu_ps(b.in + i), g));
-        for (; i < b.n; ++i) out[i] = b.in[i] * gain[c];
+        for (; i + 8 <= n; i += 8) _mm256_storeu_ps(out + i, mul(_mm256_loadu_ps(in + i), g));
+        for (; i < n; ++i) out[i] = in[i] * gain[c];
     }
 }
 
@@ -219,12 +223,15 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
     V s31 = _mm256_load_ps(b.order3[0]), s32 = _mm256_load_ps(b.order3[1]);
     V s33 = _mm256_load_ps(b.order3[2]);
 
+    const int n = b.n;
+    const float* in = b.in;
+    float* const* outs = b.out;
     alignas(32) float rows[8][16];
     alignas(32) float coefRows[8][16];
     alignas(32) float u[8];
-    for (int i = 0; i < b.n; i += 8) {
-        const int m = b.n - i < 8 ? b.n - i : 8;
-        for (int j = 0; j < m; ++j) u[j] = b.in[i + j]; // before any output of these samples
+    for (int i = 0; i < n; i += 8) {
+        const int m = n - i < 8 ? n - i : 8;
+        for (int j = 0; j < m; ++j) u[j] = in[i + j]; // before any output of these samples
         for (int j = 0; j < m; ++j) {
             const float* cf = restingCoef;
             if (kMode != kLanesOff && !kRestingCoefs) {
@@ -259,11 +266,11 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
             }
         }
         if (m == 8) {
-            transposeStore(rows, 0, b.out, i);
-            transposeStore(rows, 8, b.out, i);
+            transposeStore(rows, 0, outs, i);
+            transposeStore(rows, 8, outs, i);
         } else {
             for (int c = 0; c < 16; ++c)
-                for (int j = 0; j < m; ++j) b.out[c][i + j] = rows[j][c];
+                for (int j = 0; j < m; ++j) outs[c][i + j] = rows[j][c];
         }
     }
 
