@@ -57,9 +57,16 @@ class Hosted {
 public:
     Hosted(Variant variant, Mode mode, int block) : variant(variant), mode(mode) {
         const bool peer = variant == kPeer;
+        // The scalar variant caps the path for its own instance only; a cap
+        // set for the whole run (e.g. avx2) stays for the fast variant.
+        const char* cap = std::getenv("ZEL_ENCODER_PATH");
+        const std::string runCap = cap ? cap : "";
         if (variant == kScalar) setenv("ZEL_ENCODER_PATH", "scalar", 1);
         loaded = std::make_unique<LoadedPlugin>(peer ? kPeerPath : ZEL_PLUGIN_PATH);
-        unsetenv("ZEL_ENCODER_PATH");
+        if (cap)
+            setenv("ZEL_ENCODER_PATH", runCap.c_str(), 1);
+        else
+            unsetenv("ZEL_ENCODER_PATH");
         VstPlugin& plugin = loaded->plugin();
         const int channels = peer ? 64 : 16;
         buffers = std::make_unique<BlockProcessor>(plugin, peer ? 64 : 1, channels, block);
