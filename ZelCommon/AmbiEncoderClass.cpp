@@ -181,26 +181,63 @@ void ZelAmbisonicEncoder::SetDistCoef(float dsrc, float dcomp) {
 
 // ------------------------------------------------------------ getters
 
+namespace {
+
+float normalisedAzim(const ZelEncoderPosition& p) {
+    return static_cast<float>((p.azim - 0.0) / kTwoPi);
+}
+float normalisedElev(const ZelEncoderPosition& p) {
+    return static_cast<float>((p.elev - -kHalfPi) / kPi);
+}
+float normalisedX(const ZelEncoderPosition& p) {
+    return (p.x - -4.0f) / 8.0f;
+}
+float normalisedY(const ZelEncoderPosition& p) {
+    return (p.y - -4.0f) / 8.0f;
+}
+float normalisedZ(const ZelEncoderPosition& p) {
+    return (p.z - -4.0f) / 8.0f;
+}
+float normalisedDist(const ZelEncoderPosition& p) {
+    return (p.dist - 4.0f) / -4.0f;
+}
+float normalisedNFC(const ZelEncoderPosition& p) {
+    return (p.NFC - 0.5f) / 3.5f;
+}
+
+} // namespace
+
 float ZelAmbisonicEncoder::getazim() const {
-    return static_cast<float>((position.load().azim - 0.0) / kTwoPi);
+    return normalisedAzim(position.load());
 }
 float ZelAmbisonicEncoder::getelev() const {
-    return static_cast<float>((position.load().elev - -kHalfPi) / kPi);
+    return normalisedElev(position.load());
 }
 float ZelAmbisonicEncoder::getx() const {
-    return (position.load().x - -4.0f) / 8.0f;
+    return normalisedX(position.load());
 }
 float ZelAmbisonicEncoder::gety() const {
-    return (position.load().y - -4.0f) / 8.0f;
+    return normalisedY(position.load());
 }
 float ZelAmbisonicEncoder::getz() const {
-    return (position.load().z - -4.0f) / 8.0f;
+    return normalisedZ(position.load());
 }
 float ZelAmbisonicEncoder::getdist() const {
-    return (position.load().dist - 4.0f) / -4.0f;
+    return normalisedDist(position.load());
 }
 float ZelAmbisonicEncoder::getNFC() const {
-    return (position.load().NFC - 0.5f) / 3.5f;
+    return normalisedNFC(position.load());
+}
+
+void ZelAmbisonicEncoder::getall(float (&values)[7]) const {
+    const Position p = position.load();
+    values[0] = normalisedAzim(p);
+    values[1] = normalisedElev(p);
+    values[2] = normalisedX(p);
+    values[3] = normalisedY(p);
+    values[4] = normalisedZ(p);
+    values[5] = normalisedDist(p);
+    values[6] = normalisedNFC(p);
 }
 
 float ZelAmbisonicEncoder::getazimdisplay() const {

@@ -78,6 +78,9 @@ public:
     float getz() const;
     float getdist() const;
     float getNFC() const;
+    // All seven from one reading, in the setters' order: azim, elev, x, y, z,
+    // dist, NFC. Cheaper than seven getters, and consistent.
+    void getall(float (&values)[7]) const;
     int getncoefs() const { return ncoefs; }
 
     // Physical values for display: degrees and metres.

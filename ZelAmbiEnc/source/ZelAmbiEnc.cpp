@@ -113,7 +113,9 @@ void ZelAmbiEnc::setParameter(VstInt32 index, float value) {
 
 void ZelAmbiEnc::mirrorEncoderInProgram() {
     ZelAmbiEncProgram& current = programs[curProgram];
-    for (int k = 0; k < kNumParams; ++k) current.param[k] = (encoder.*kGetters[k])();
+    float values[kNumParams];
+    encoder.getall(values);
+    for (int k = 0; k < kNumParams; ++k) current.param[k] = values[k];
 }
 
 void ZelAmbiEnc::setPosition(const ZelEncoderPosition& saved) {
