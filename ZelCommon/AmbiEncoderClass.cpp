@@ -249,15 +249,17 @@ float ZelAmbisonicEncoder::getelevdisplay() const {
 
 // ------------------------------------------------------------ position model
 
+ZelAmbisonicEncoder::Direction ZelAmbisonicEncoder::directionOf(const Position& p) {
+    const double azim = p.azim, elev = p.elev;
+    return {static_cast<float>(std::cos(elev)), std::cos(azim), std::sin(azim), std::sin(elev)};
+}
+
 void ZelAmbisonicEncoder::UpdatePolarCoords(Position& p) const {
-    const float c = static_cast<float>(std::cos(static_cast<double>(p.elev)));
-    if (!(p.holds & kHoldX))
-        p.x = static_cast<float>(std::cos(static_cast<double>(p.azim)) * c * p.dist);
-    if (!(p.holds & kHoldY))
-        p.y = static_cast<float>(std::sin(static_cast<double>(p.azim)) * c * p.dist);
-    if (!(p.holds & kHoldZ))
-        p.z = static_cast<float>(std::sin(static_cast<double>(p.elev)) * p.dist);
-    UpdateHOrders(p);
+    const Direction d = directionOf(p);
+    if (!(p.holds & kHoldX)) p.x = static_cast<float>(d.cosAzim * d.cosElev * p.dist);
+    if (!(p.holds & kHoldY)) p.y = static_cast<float>(d.sinAzim * d.cosElev * p.dist);
+    if (!(p.holds & kHoldZ)) p.z = static_cast<float>(d.sinElev * p.dist);
+    UpdateHOrders(p, d);
 }
 
 void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
@@ -293,6 +295,10 @@ void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
 // ------------------------------------------------------------ gains
 
 void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
+    UpdateHOrders(p, p.NFC == kFarLimit ? Direction{} : directionOf(p));
+}
+
+void ZelAmbisonicEncoder::UpdateHOrders(Position& p, const Direction& d) const {
     float X, Y, Z, rho;
     if (p.NFC == kFarLimit) {
         // Compensation off: the harmonics are homogeneous polynomials, so using
@@ -302,10 +308,9 @@ void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
         Z = p.z / 4.0f;
         rho = p.dist / 4.0f;
     } else {
-        const float c = static_cast<float>(std::cos(static_cast<double>(p.elev)));
-        X = static_cast<float>(std::cos(static_cast<double>(p.azim)) * c);
-        Y = static_cast<float>(std::sin(static_cast<double>(p.azim)) * c);
-        Z = static_cast<float>(std::sin(static_cast<double>(p.elev)));
+        X = static_cast<float>(d.cosAzim * d.cosElev);
+        Y = static_cast<float>(d.sinAzim * d.cosElev);
+        Z = static_cast<float>(d.sinElev);
         rho = 1.0f;
     }
 

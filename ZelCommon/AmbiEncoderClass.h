@@ -139,6 +139,15 @@ private:
     void UpdatePolarCoords(Position& p) const;
     void UpdateRectCoords(Position& p) const;
     void UpdateHOrders(Position& p) const;
+    // The direction's sines and cosines, worked out once for both forms of
+    // the position and the gains (the cosine of the elevation in single
+    // precision, as both use it).
+    struct Direction {
+        float cosElev;
+        double cosAzim, sinAzim, sinElev;
+    };
+    static Direction directionOf(const Position& p);
+    void UpdateHOrders(Position& p, const Direction& d) const;
     void SetDistCoef(Position& p, float dsrc, float dcomp) const;
     // Gives the filters the newest design, if they have not had it yet.
     void applyDesign(const Position& p);
