@@ -30,7 +30,8 @@ bool hasHugeOrNonFinite(const float* samples, int n) {
 void ZelAmbisonicEncoder::applyDesign(const Position& p) {
     if (p.designs == appliedDesigns) return;
     appliedDesigns = p.designs;
-    filtersFinite = false;
+    // A design sets coefficients (and clears order 4's integrators), which
+    // leaves a finite filter finite: filtersFinite stands.
     const float ws = p.ws, wc = p.wc;
     const FilterSet set = filterset(order);
     if (set.n1 > 0) {
