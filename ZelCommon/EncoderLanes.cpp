@@ -6,6 +6,9 @@
 namespace {
 
 bool cpuHas(ZelLanePath path) {
+    // Also asked while the library is loaded, perhaps before the compiler's
+    // own start-up code has read the CPU's features.
+    __builtin_cpu_init();
     switch (path) {
     case ZelLanePath::kScalar:
         return true;
