@@ -54,3 +54,15 @@ TEST(EncoderDistance, Dist2wFigures) {
     EXPECT_EQ(enc.dist2w(0.5f, 48000.0f), 0.01425f);
     EXPECT_NEAR(enc.dist2w(1.0f, 44100.0f), 0.0077551f, 1e-7f);
 }
+
+// At 4 m the source is a plane wave: no zero in the near-field filters (their
+// numerator coefficient is 0), only the compensation's poles.
+TEST(EncoderDistance, FarSourceDesignsNoZeros) {
+    ZelAmbisonicEncoder enc(kAmbi3P);
+    enc.setNFC(0.0f); // 0.5 m
+    enc.resume();     // designs reach the filters at the next block or switch-on
+    EXPECT_EQ(enc.getnf1(0).getcoef(1), 0.0f);
+    enc.setdist(0.01f); // 3.96 m: near, however slightly
+    enc.resume();
+    EXPECT_NE(enc.getnf1(0).getcoef(1), 0.0f);
+}
