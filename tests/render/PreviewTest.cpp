@@ -3,6 +3,7 @@
 // path.
 
 #include "TestSupport.h"
+#include "measure.h"
 
 #include <cairo.h>
 #include <gtest/gtest.h>
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr int kRate = 48000;
-constexpr double kPi = 3.141592653589793;
 
 struct Ears {
     std::vector<float> left, right;
@@ -46,24 +46,17 @@ Ears headphones(const std::vector<std::string>& placement) {
     return ears;
 }
 
-// Mean power in dB over frames [from, to) and frequencies lo..hi, from
-// Goertzel bins every 250 Hz averaged over 1024-sample frames.
+// Mean power in dB over frames [from, to) and frequencies lo..hi: bins every
+// 250 Hz averaged over 1024-sample frames.
 double bandDb(const std::vector<float>& x, double lo, double hi, std::size_t from = 0,
               std::size_t to = 0) {
     if (to == 0 || to > x.size()) to = x.size();
     double sum = 0.0;
     int count = 0;
     for (double f = lo; f <= hi; f += 250.0) {
-        const double k = 2.0 * std::cos(2.0 * kPi * f / kRate);
-        for (std::size_t start = from; start + 1024 <= to; start += 1024) {
-            double s1 = 0.0, s2 = 0.0;
-            for (std::size_t i = start; i < start + 1024; ++i) {
-                const double s0 = x[i] + k * s1 - s2;
-                s2 = s1;
-                s1 = s0;
-            }
-            sum += s1 * s1 + s2 * s2 - k * s1 * s2;
-            ++count;
+        for (std::size_t start = from; start + 1024 <= to; start += 1024, ++count) {
+            const std::vector<float> frame(x.begin() + start, x.begin() + start + 1024);
+            sum += std::norm(measure::dtft(frame, f, kRate));
         }
     }
     return 10.0 * std::log10(sum / count + 1e-30);
