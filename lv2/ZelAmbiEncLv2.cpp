@@ -83,7 +83,7 @@ VstIntPtr quietHost(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float
 float normalised(ParameterMapping& mapping, int index, float value) {
     using L = PhysicalLimits;
     auto clamp = [&](double lo, double hi) {
-        return std::isfinite(value) ? std::min(hi, std::max(lo, static_cast<double>(value))) : lo;
+        return std::isnan(value) ? lo : std::min(hi, std::max(lo, static_cast<double>(value)));
     };
     switch (index) {
     case kAzim:

@@ -2,6 +2,8 @@
 // rate, no parent window for the editor. Neither may crash, and both say so
 // in the host's log.
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -41,9 +43,15 @@ void* entry(const char* module, const char* symbol) {
     return library != nullptr ? dlsym(library, symbol) : nullptr;
 }
 
-// 256 frames of a sine through an instance at rate with compensation at 1 m,
-// whose filters are designed for the rate: all 16 outputs, one after another.
-std::vector<float> render(double rate, Host& host) {
+// Control inputs in user units: azimuth, elevation, x, y, z, distance,
+// compensation. By default compensation at 1 m, whose filters are designed
+// for the rate.
+using Controls = std::array<float, 7>;
+constexpr Controls kNear{0, 0, 4, 0, 0, 1, 1};
+
+// 256 frames of a sine through an instance at rate: all 16 outputs, one
+// after another.
+std::vector<float> render(double rate, Host& host, const Controls& set = kNear) {
     auto descriptor =
         reinterpret_cast<LV2_Descriptor_Function>(entry(ZEL_LV2_DSP, "lv2_descriptor"));
     const LV2_Descriptor* d = descriptor != nullptr ? descriptor(0) : nullptr;
@@ -51,7 +59,8 @@ std::vector<float> render(double rate, Host& host) {
     LV2_Handle h = d->instantiate(d, rate, "", host.features);
     if (h == nullptr) return {};
     std::vector<float> input(256), outputs(16 * 256);
-    float controls[14] = {0, 0, 4, 0, 0, 1, 1};
+    float controls[14] = {};
+    std::copy(set.begin(), set.end(), controls);
     for (int i = 0; i < 256; ++i) input[i] = static_cast<float>(std::sin(0.05 * i));
     d->connect_port(h, 0, input.data());
     for (uint32_t c = 0; c < 16; ++c) d->connect_port(h, 1 + c, &outputs[c * 256]);
@@ -72,6 +81,15 @@ TEST(Lv2BadInput, NoRateRunsAt48kHzAndSaysSo) {
         EXPECT_EQ(render(rate, host), at48k) << rate;
         EXPECT_NE(host.logged.find("sample rate"), std::string::npos) << rate;
     }
+}
+
+// Beyond a range: its end; no number: its lower end.
+TEST(Lv2BadInput, ControlsOutOfRangeOrNoNumberAreClamped) {
+    Host wild, ends;
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(render(48000.0, wild, {720, inf, 4, 0, 0, nan, -5}),
+              render(48000.0, ends, {360, 90, 4, 0, 0, 0, 0.5f}));
 }
 
 TEST(Lv2BadInput, EditorWithoutParentWindowIsRefusedAndSaysSo) {
