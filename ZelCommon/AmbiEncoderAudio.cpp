@@ -25,6 +25,19 @@ bool hasHugeOrNonFinite(const float* samples, int n) {
     return hit != 0;
 }
 
+// True if any of the first n samples of the channels is NaN or infinite.
+bool anyNonFinite(float* const* channels, int count, int n) {
+    std::uint32_t hit = 0;
+    for (int c = 0; c < count; ++c) {
+        for (int i = 0; i < n; ++i) {
+            std::uint32_t bits;
+            std::memcpy(&bits, channels[c] + i, sizeof bits);
+            hit |= static_cast<std::uint32_t>((bits & 0x7f800000u) == 0x7f800000u);
+        }
+    }
+    return hit != 0;
+}
+
 } // namespace
 
 void ZelAmbisonicEncoder::applyDesign(const Position& p) {
@@ -173,6 +186,9 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
         smoothersParted = smoothersParted || reset;
     }
     scrub = scrub || reset;
+    // A design far outside anything real (a sample rate of a few hertz, say)
+    // can overflow a filter's output while its states are still finite.
+    if (!scrub && kFarLimit > p.NFC) scrub = anyNonFinite(outputs, ncoefs, n);
     // Finite values pass untouched, so finite results keep their bits.
     for (int c = 0; scrub && c < ncoefs; ++c) {
         for (int i = 0; i < n; ++i)

@@ -86,7 +86,7 @@ struct Session {
     }
 
     AEffect* fx;
-    // Frames one execution may process in all: two of the largest blocks.
+    // Frames one execution may process in all: one of the largest blocks.
     // Longer sessions find nothing new and slow the search down.
     int frameBudget = kMaxFrames;
     static inline std::array<char, 4096> ptrBuffer{};
