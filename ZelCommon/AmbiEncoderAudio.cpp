@@ -12,31 +12,22 @@ namespace {
 
 // Far beyond any real gain (at most a few units), still far from overflow.
 constexpr float kSaneGain = 1e6f;
-// True if a sample is NaN, infinite or so large (beyond 2^91) that gains and
-// near-field filters could carry it past the largest float. Bits, not float
-// compares, so that the loop stays cheap.
-bool hasHugeOrNonFinite(const float* samples, int n) {
-    std::uint32_t hit = 0;
-    for (int i = 0; i < n; ++i) {
-        std::uint32_t bits;
-        std::memcpy(&bits, samples + i, sizeof bits);
-        hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > 0x6d000000u);
-    }
-    return hit != 0;
-}
-
-// True if any of the first n samples of the channels is NaN or infinite.
-bool anyNonFinite(float* const* channels, int count, int n) {
+// True if any of the first n samples of the channels has a magnitude whose
+// bits lie above limit. Bits, not float compares, so that the loop stays cheap.
+bool anyAbove(const float* const* channels, int count, int n, std::uint32_t limit) {
     std::uint32_t hit = 0;
     for (int c = 0; c < count; ++c) {
         for (int i = 0; i < n; ++i) {
             std::uint32_t bits;
             std::memcpy(&bits, channels[c] + i, sizeof bits);
-            hit |= static_cast<std::uint32_t>((bits & 0x7f800000u) == 0x7f800000u);
+            hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > limit);
         }
     }
     return hit != 0;
 }
+// Beyond 2^91 gains and near-field filters could carry a sample past the
+// largest float; above the largest float lie only infinities and NaNs.
+constexpr std::uint32_t kHugeBits = 0x6d000000u, kNonFiniteBits = 0x7f7fffffu;
 
 } // namespace
 
@@ -46,23 +37,17 @@ void ZelAmbisonicEncoder::applyDesign(const Position& p) {
     // A design sets coefficients (and clears order 4's integrators), which
     // leaves a finite filter finite: filtersFinite stands.
     const float ws = p.ws, wc = p.wc;
+    // Every filter of a class takes the first one's coefficients.
+    auto design = [ws, wc](auto* filters, int count) {
+        if (count == 0) return;
+        filters[0].init(ws, wc, 1.0f);
+        for (int i = 1; i < count; ++i) filters[i].init(filters[0]);
+    };
     const FilterSet set = filterset(order);
-    if (set.n1 > 0) {
-        nf1[0].init(ws, wc, 1.0f);
-        for (int i = 1; i < set.n1; ++i) nf1[i].init(nf1[0]);
-    }
-    if (set.n2 > 0) {
-        nf2[0].init(ws, wc, 1.0f);
-        for (int i = 1; i < set.n2; ++i) nf2[i].init(nf2[0]);
-    }
-    if (set.n3 > 0) {
-        nf3[0].init(ws, wc, 1.0f);
-        for (int i = 1; i < set.n3; ++i) nf3[i].init(nf3[0]);
-    }
-    if (set.n4 > 0) {
-        nf4[0].init(ws, wc, 1.0f);
-        for (int i = 1; i < set.n4; ++i) nf4[i].init(nf4[0]);
-    }
+    design(nf1, set.n1);
+    design(nf2, set.n2);
+    design(nf3, set.n3);
+    design(nf4, set.n4);
 }
 
 // ------------------------------------------------------------ audio
@@ -123,7 +108,7 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
     applyDesign(p);
 
     const float* in = inputs[0];
-    const bool oddInput = hasHugeOrNonFinite(in, n); // before the input may be overwritten
+    const bool oddInput = anyAbove(&in, 1, n, kHugeBits); // before the input may be overwritten
     if (!processLanes(in, outputs, n, p)) processScalar(in, outputs, n, p);
     recover(outputs, n, p, oddInput);
 }
@@ -188,7 +173,7 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
     scrub = scrub || reset;
     // A design far outside anything real (a sample rate of a few hertz, say)
     // can overflow a filter's output while its states are still finite.
-    if (!scrub && kFarLimit > p.NFC) scrub = anyNonFinite(outputs, ncoefs, n);
+    if (!scrub && kFarLimit > p.NFC) scrub = anyAbove(outputs, ncoefs, n, kNonFiniteBits);
     // Finite values pass untouched, so finite results keep their bits.
     for (int c = 0; scrub && c < ncoefs; ++c) {
         for (int i = 0; i < n; ++i)
