@@ -1,7 +1,7 @@
 // The module as a host sees it: loaded with dlopen, reached only through
 // VSTPluginMain and the AEffect record, and driven in the buffer and block
 // patterns that Linux hosts use.
-#include "BlockProcessor.h"
+#include "TimedWrites.h"
 #include "VstPlugin.h"
 
 #include <algorithm>
@@ -25,36 +25,22 @@ constexpr char kSentinel = '\xA5';
 const std::string kUntouched = "<untouched>";
 
 // One instance of the built module, opened; switched off and closed at the end.
-class HostedPlugin {
-public:
-    HostedPlugin() : loaded(ZEL_PLUGIN_PATH), plugin(loaded.plugin()), fx(&plugin.effect()) {
-        plugin.open();
-    }
-    ~HostedPlugin() { plugin.setMains(false); }
-
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-                       void* ptr = nullptr, float opt = 0.0f) {
-        return plugin.dispatch(opcode, index, value, ptr, opt);
-    }
-    // The text a text opcode writes into a sentinel-filled 256-byte buffer.
-    std::string text(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0) {
-        char buffer[256];
-        std::memset(buffer, kSentinel, sizeof buffer);
-        dispatch(opcode, index, value, buffer);
-        if (std::all_of(buffer, buffer + sizeof buffer, [](char c) { return c == kSentinel; }))
-            return kUntouched;
-        const void* end = std::memchr(buffer, '\0', sizeof buffer);
-        if (end == nullptr) return "<unterminated>";
-        return std::string(static_cast<const char*>(buffer), static_cast<const char*>(end));
-    }
-    std::string display(VstInt32 index) { return text(effGetParamDisplay, index); }
-    void setParameter(VstInt32 index, float value) { plugin.setParameter(index, value); }
-    float getParameter(VstInt32 index) { return plugin.getParameter(index); }
-
-    LoadedPlugin loaded;
-    VstPlugin& plugin;
-    AEffect* const fx;
+struct HostedPlugin : LoadedPlugin {
+    HostedPlugin() : LoadedPlugin(ZEL_PLUGIN_PATH) { plugin().open(); }
+    ~HostedPlugin() { plugin().setMains(false); }
 };
+
+// The text a text opcode writes into a sentinel-filled 256-byte buffer.
+std::string text(VstPlugin& plugin, VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0) {
+    char buffer[256];
+    std::memset(buffer, kSentinel, sizeof buffer);
+    plugin.dispatch(opcode, index, value, buffer);
+    if (std::all_of(buffer, buffer + sizeof buffer, [](char c) { return c == kSentinel; }))
+        return kUntouched;
+    const void* end = std::memchr(buffer, '\0', sizeof buffer);
+    if (end == nullptr) return "<unterminated>";
+    return std::string(static_cast<const char*>(buffer), static_cast<const char*>(end));
+}
 
 TEST(PluginEntry, AsksTheHostOnlyForItsVersionAndRefusesOneThatHasNone) {
     VstLibrary library(ZEL_PLUGIN_PATH);
@@ -71,13 +57,14 @@ TEST(PluginEntry, AsksTheHostOnlyForItsVersionAndRefusesOneThatHasNone) {
     EXPECT_EQ(library.entryPoint()(nullptr), nullptr);
 
     // Neither construction nor switching on asks for MIDI or anything else.
-    HostedPlugin plugin;
-    plugin.plugin.setMains(true);
-    EXPECT_EQ(plugin.loaded.host().requests(), std::vector<VstInt32>{audioMasterVersion});
+    HostedPlugin hosted;
+    hosted.plugin().setMains(true);
+    EXPECT_EQ(hosted.host().requests(), std::vector<VstInt32>{audioMasterVersion});
 }
 
 TEST(PluginParameters, IndicesOutOfRangeAndMissingBuffers) {
-    HostedPlugin plugin;
+    HostedPlugin hosted;
+    VstPlugin& plugin = hosted.plugin();
     for (int op : {effGetParamName, effGetParamLabel, effGetParamDisplay})
         EXPECT_EQ(plugin.dispatch(op, 0, 0, nullptr), 0);
 
@@ -88,7 +75,7 @@ TEST(PluginParameters, IndicesOutOfRangeAndMissingBuffers) {
         plugin.setParameter(i, 0.3f);
         EXPECT_EQ(plugin.getParameter(i), 0.0f) << i;
         for (int op : {effGetParamName, effGetParamLabel, effGetParamDisplay})
-            EXPECT_EQ(plugin.text(op, i), kUntouched) << op << " " << i;
+            EXPECT_EQ(text(plugin, op, i), kUntouched) << op << " " << i;
     }
     for (int i = 0; i < 7; ++i) EXPECT_EQ(plugin.getParameter(i), before[i]) << i;
 }
@@ -96,7 +83,8 @@ TEST(PluginParameters, IndicesOutOfRangeAndMissingBuffers) {
 // Angles round to whole degrees, halves away from zero; metres truncate to
 // hundredths, with one more character for a minus sign; far distances read "off".
 TEST(PluginParameters, DisplayTexts) {
-    HostedPlugin plugin;
+    HostedPlugin hosted;
+    VstPlugin& plugin = hosted.plugin();
     const struct {
         int index;
         float value;
@@ -111,44 +99,46 @@ TEST(PluginParameters, DisplayTexts) {
         {kElev, 89.4f / 180, "-1"},   {kElev, 0.0f, "-90"}};
     for (const auto& c : cases) {
         plugin.setParameter(c.index, c.value);
-        EXPECT_EQ(plugin.display(c.index), c.text) << c.index << " " << c.value;
+        EXPECT_EQ(plugin.parameterDisplay(c.index), c.text) << c.index << " " << c.value;
     }
 }
 
 TEST(PluginPrograms, NamesSelectionAndTheInitNumbering) {
-    HostedPlugin plugin;
+    HostedPlugin hosted;
+    VstPlugin& plugin = hosted.plugin();
     for (int p = 0; p < 16; ++p)
-        EXPECT_EQ(plugin.text(effGetProgramNameIndexed, p, 7), "Prog " + std::to_string(p + 1));
+        EXPECT_EQ(text(plugin, effGetProgramNameIndexed, p, 7), "Prog " + std::to_string(p + 1));
     for (int p : {16, -1}) {
-        EXPECT_EQ(plugin.text(effGetProgramNameIndexed, p), kUntouched) << p;
+        EXPECT_EQ(text(plugin, effGetProgramNameIndexed, p), kUntouched) << p;
         char buffer[32];
         EXPECT_EQ(plugin.dispatch(effGetProgramNameIndexed, p, 0, buffer), 0) << p;
     }
     EXPECT_EQ(plugin.dispatch(effGetProgramNameIndexed, 0, 0, nullptr), 0);
     EXPECT_EQ(plugin.dispatch(effGetProgram), 0);
-    EXPECT_EQ(plugin.text(effGetProgramName), "Prog 1");
+    EXPECT_EQ(text(plugin, effGetProgramName), "Prog 1");
 
     plugin.dispatch(effSetProgram, 0, 3);
     // Refused: past the end, negative, and numbers that would wrap to 1 in 32 bits.
     for (VstIntPtr p : {VstIntPtr{16}, VstIntPtr{-1}, (VstIntPtr{1} << 32) + 1})
         plugin.dispatch(effSetProgram, 0, p);
     EXPECT_EQ(plugin.dispatch(effGetProgram), 3);
-    EXPECT_EQ(plugin.text(effGetProgramName), "Prog 4");
+    EXPECT_EQ(text(plugin, effGetProgramName), "Prog 4");
 
     // A program named "Init" tells its slot, but only to getProgramName.
     char init[] = "Init";
     plugin.dispatch(effSetProgramName, 0, 0, init);
-    EXPECT_EQ(plugin.text(effGetProgramName), "Init 4");
-    EXPECT_EQ(plugin.text(effGetProgramNameIndexed, 3), "Init");
+    EXPECT_EQ(text(plugin, effGetProgramName), "Init 4");
+    EXPECT_EQ(text(plugin, effGetProgramNameIndexed, 3), "Init");
     char longName[] = "A name far longer than twenty-three characters";
     plugin.dispatch(effSetProgramName, 0, 0, longName);
-    EXPECT_EQ(plugin.text(effGetProgramName), std::string(longName, 23));
+    EXPECT_EQ(text(plugin, effGetProgramName), std::string(longName, 23));
     EXPECT_EQ(plugin.dispatch(effSetProgramName, 0, 0, nullptr), 0);
     EXPECT_EQ(plugin.dispatch(effGetProgramName, 0, 0, nullptr), 0);
 }
 
 TEST(PluginPrograms, ChangesWriteTheEncodersViewBackAndSwitchingAppliesOnlyTheAzimuth) {
-    HostedPlugin plugin;
+    HostedPlugin hosted;
+    VstPlugin& plugin = hosted.plugin();
     // Azimuth 90 degrees, then x = 2 m: the source moves to x 2, y 4, beyond
     // 4 m, and is pulled back; program 0 now stores the derived azimuth.
     plugin.setParameter(kAzim, 0.25f);
@@ -189,61 +179,34 @@ std::vector<float> testSignal(int frames) {
 
 // A source close by with compensation on, so that the near-field filters
 // run; the sample rates are sent in turn.
-void startNearSource(HostedPlugin& plugin, const std::vector<float>& rates = {48000.0f}) {
-    for (float rate : rates) plugin.plugin.setSampleRate(rate);
-    plugin.plugin.setBlockSize(kMaxBlock);
+void startNearSource(VstPlugin& plugin, const std::vector<float>& rates = {48000.0f}) {
+    for (float rate : rates) plugin.setSampleRate(rate);
+    plugin.setBlockSize(kMaxBlock);
     for (auto [index, value] :
          {std::pair{kAzim, 0.13f}, {kElev, 0.62f}, {kDist, 0.7f}, {kNFC, 0.2f}})
         plugin.setParameter(index, value);
-    plugin.plugin.setMains(true);
 }
 
 using Channels = std::vector<std::vector<float>>;
 
-// A parameter change (index -1: effMainsChanged 0 then 1) at a frame
-// position, made between blocks as a host does it.
-struct HostEvent {
-    int frame;
-    int index;
-    float value;
-};
-
-// The signal through a new instance, with blocks cut at every event and at
-// every `bounds` position, never longer than a host block, and an empty block
+// The signal through a new instance, with blocks cut at every write and at
+// every frame in `cuts`, never longer than a host block, and an empty block
 // after each cut. The input may live in an output's buffer, and the outputs
 // left unconnected share one scratch buffer, as in Ardour.
 struct Layout {
     int inputOutput = -1;
     std::vector<int> unconnected;
 };
-Channels run(const std::vector<float>& signal, const std::vector<HostEvent>& events,
-             std::vector<int> bounds, const std::vector<float>& rates = {48000.0f},
+Channels run(const std::vector<float>& signal, const std::vector<TimedWrite>& writes,
+             const std::vector<long long>& cuts, const std::vector<float>& rates = {48000.0f},
              const Layout& layout = {}) {
-    HostedPlugin plugin;
-    startNearSource(plugin, rates);
-    const int frames = static_cast<int>(signal.size());
-    BlockProcessor buffers(plugin.plugin, 1, kOutputs, frames);
+    HostedPlugin hosted;
+    startNearSource(hosted.plugin(), rates);
+    BlockProcessor buffers(hosted.plugin(), 1, kOutputs, static_cast<int>(signal.size()));
     std::copy(signal.begin(), signal.end(), buffers.input(0));
     buffers.setInputInOutput(layout.inputOutput);
     buffers.setUnconnected(layout.unconnected);
-    for (const HostEvent& e : events) bounds.push_back(e.frame);
-    bounds.push_back(frames);
-    std::sort(bounds.begin(), bounds.end());
-    int pos = 0;
-    for (int bound : bounds) {
-        for (const HostEvent& e : events) {
-            if (e.frame != pos) continue;
-            if (e.index >= 0) {
-                plugin.setParameter(e.index, e.value);
-            } else {
-                plugin.plugin.setMains(false);
-                plugin.plugin.setMains(true);
-            }
-        }
-        for (int n; pos < bound; pos += n)
-            buffers.process(pos, n = std::min(bound - pos, kMaxBlock));
-        buffers.process(pos, 0);
-    }
+    playWithWrites(hosted.plugin(), buffers, writes, kMaxBlock, cuts);
     Channels out;
     for (int c = 0; c < kOutputs; ++c) out.push_back(buffers.outputChannel(c));
     return out;
@@ -253,11 +216,11 @@ TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
     const std::vector<float> signal = testSignal(6000);
     // Near source, then at 4 m with compensation on (the far path), then
     // compensation off; a switch-off and -on between.
-    const std::vector<HostEvent> events = {
+    const std::vector<TimedWrite> events = {
         {700, kAzim, 0.4f},  {1500, kDist, 0.9f}, {2100, -1, 0.0f},   {2900, kX, 0.2f},
         {3200, kDist, 0.0f}, {3500, kNFC, 1.0f},  {4200, kElev, 0.1f}};
     const Channels reference = run(signal, events, {});
-    std::vector<int> cuts;
+    std::vector<long long> cuts;
     for (int pos = 0, n = 0; pos < 6000; pos += n, ++n) cuts.push_back(pos); // 0, 1, 2, ... frames
     const Channels split = run(signal, events, cuts);
     double energy = 0.0; // NaN would differ from itself
@@ -285,7 +248,7 @@ TEST(PluginAudio, SwitchingOffAndOnStartsAfresh) {
 // before, while a real one reaches the near-field filters.
 TEST(PluginAudio, SampleRatesThatAreNoRatesAreIgnored) {
     const std::vector<float> signal = testSignal(2048);
-    const std::vector<HostEvent> nearer = {{0, kDist, 0.8f}}; // 0.8 m, compensation at 1.2 m
+    const std::vector<TimedWrite> nearer = {{0, kDist, 0.8f}}; // 0.8 m, compensation at 1.2 m
     const Channels at48k = run(signal, nearer, {});
     const Channels afterBadRates =
         run(signal, nearer, {}, {48000.0f, 0.0f, -44100.0f, std::nanf(""), 1e-30f, INFINITY});
@@ -297,7 +260,7 @@ TEST(PluginAudio, SampleRatesThatAreNoRatesAreIgnored) {
 // written later (9), and the unconnected outputs sharing one scratch buffer.
 TEST(PluginAudio, InPlaceInputAndSharedScratchLeaveConnectedOutputsExact) {
     const std::vector<float> signal = testSignal(5000);
-    const std::vector<HostEvent> events = {{2500, kNFC, 0.6f}};
+    const std::vector<TimedWrite> events = {{2500, kNFC, 0.6f}};
     const Channels reference = run(signal, events, {});
     const Layout ardour = {0, {4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15}};
     const Layout late = {9, {0, 1, 2, 3, 4, 5, 6, 7, 8}};
@@ -317,8 +280,10 @@ TEST(PluginAudio, InPlaceInputAndSharedScratchLeaveConnectedOutputsExact) {
 // Exactly the frames asked for, 0 to 1024, and never the input; nothing at
 // all for malformed calls and the entries other than processReplacing.
 TEST(PluginAudio, WritesExactlyTheFramesAskedForAndNothingElse) {
-    HostedPlugin plugin;
+    HostedPlugin hosted;
+    VstPlugin& plugin = hosted.plugin();
     startNearSource(plugin);
+    plugin.setMains(true);
     const std::vector<float> signal = testSignal(kMaxBlock + 8);
     std::vector<float> input = signal;
     Channels out(kOutputs, std::vector<float>(kMaxBlock + 8, 7.0f));
@@ -335,10 +300,10 @@ TEST(PluginAudio, WritesExactlyTheFramesAskedForAndNothingElse) {
         EXPECT_EQ(input, signal);
     };
     for (int n : {0, 1, 2, 3, 17, 64, 255, 511, 1000, 1023, 1024}) {
-        plugin.plugin.processReplacing(in, outs, n);
+        plugin.processReplacing(in, outs, n);
         expectWritten(n);
     }
-    AEffect* fx = plugin.fx;
+    AEffect* fx = &plugin.effect();
     fx->process(fx, in, outs, 64); // the deprecated accumulating entry
     fx->processReplacing(fx, in, outs, -1);
     fx->processReplacing(fx, nullptr, outs, 64);

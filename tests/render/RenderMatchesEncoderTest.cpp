@@ -3,11 +3,10 @@
 // reorders nothing and splits blocks exactly at the automation time stamps.
 
 #include "AutomationPath.h"
-#include "BlockProcessor.h"
 #include "ParameterMapping.h"
 #include "Position.h"
 #include "TestSupport.h"
-#include "VstPlugin.h"
+#include "TimedWrites.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -38,37 +37,16 @@ std::vector<float> reference(const std::vector<float>& input, double rate,
     plugin.setBlockSize(64);
     if (program) plugin.setProgram(*program - 1);
 
-    struct Write {
-        long long frame;
-        int index;
-        float value;
-    };
     ParameterMapping mapping;
-    std::vector<Write> writes{{0, kCompensationParam, mapping.compensation(compensation)}};
+    std::vector<TimedWrite> writes{{0, kCompensationParam, mapping.compensation(compensation)}};
     for (std::size_t i = 0; i < path.points().size(); ++i) {
         const long long frame = i == 0 ? 0 : std::llround(path.points()[i].seconds * rate);
         for (const ParameterWrite& w : positionWrites(path.points()[i].position, mapping))
             writes.push_back({frame, w.index, w.value});
     }
-    std::size_t next = 0;
-    auto writeUpTo = [&](long long frame) {
-        for (; next < writes.size() && writes[next].frame <= frame; ++next)
-            plugin.setParameter(writes[next].index, writes[next].value);
-    };
-    writeUpTo(0);
-    plugin.setMains(true);
-
-    const int total = static_cast<int>(input.size());
-    BlockProcessor buffers(plugin, 1, kChannels, total);
+    BlockProcessor buffers(plugin, 1, kChannels, static_cast<int>(input.size()));
     std::copy(input.begin(), input.end(), buffers.input(0));
-    for (int from = 0; from < total;) {
-        writeUpTo(from);
-        int to = std::min(total, from + 64);
-        if (next < writes.size())
-            to = static_cast<int>(std::min<long long>(to, writes[next].frame));
-        buffers.process(from, to - from);
-        from = to;
-    }
+    playWithWrites(plugin, buffers, writes, 64);
     plugin.setMains(false);
     std::vector<float> interleaved(input.size() * kChannels);
     for (std::size_t i = 0; i < input.size(); ++i) {
