@@ -12,63 +12,58 @@ using namespace controltest;
 
 namespace {
 
-// 40-px knobs, centre (20, 20) in knob coordinates; the default travel turns
-// clockwise over 270° from 225°, leaving the dead sector at the bottom.
-const CPoint kCentre(20, 20);
-const CPoint kDeadLeft(15, 39);  // nearer the start of the travel
-const CPoint kDeadRight(25, 39); // nearer its end
-const CPoint kNearEnd(33, 28);   // about -31°
-const CPoint kLowerLeft(5, 25);  // about 198°
-
-double clockwiseFraction(const CPoint& p) {
-    const double degrees = std::atan2(20.0 - p.y, p.x - 20.0) * 180.0 / 3.14159265358979323846;
-    return std::fmod(225.0 - degrees + 720.0, 360.0) / 270.0;
-}
-
+// 40-px knobs at (100, 100); the default travel turns clockwise over 270°
+// from 225°, leaving the dead sector at the bottom. Points are the knob's own.
 template <typename Knob> struct KnobHarness : RecordingFrame {
     CBitmap* strip = new CBitmap(*frame, 40, 40 * 31);
     Knob* knob = add(new Knob(CRect(100, 100, 140, 140), &listener, 5, 31, 40, strip));
 
     ~KnobHarness() { strip->forget(); }
     float readAt(CPoint local) const { return knob->valueFromPoint(local); }
-    // Mouse calls take the frame's coordinates; these take the knob's.
-    void press(CPoint local) {
-        CPoint where(local.x + 100, local.y + 100);
-        knob->onMouseDown(where, kLButton);
-    }
-    float moveTo(CPoint local) {
-        CPoint where(local.x + 100, local.y + 100);
-        knob->onMouseMoved(where, kLButton);
-        return knob->getValue();
+    // A press at the first point, then moves (the mouse calls take the frame's
+    // coordinates): the value after each.
+    std::vector<float> drag(const std::vector<CPoint>& path) {
+        std::vector<float> values;
+        for (CPoint local : path) {
+            CPoint where(local.x + 100, local.y + 100);
+            values.empty() ? knob->onMouseDown(where, kLButton)
+                           : knob->onMouseMoved(where, kLButton);
+            values.push_back(knob->getValue());
+        }
+        return values;
     }
 };
+
+double clockwiseFraction(const CPoint& p) {
+    const double degrees = std::atan2(20.0 - p.y, p.x - 20.0) * 180.0 / 3.14159265358979323846;
+    return std::fmod(225.0 - degrees + 720.0, 360.0) / 270.0;
+}
 
 TEST(KnobClassesTest, EachClassRemembersItsOwnAngle) {
     KnobHarness<ZelAnimKnob> bounded;
     KnobHarness<ZelContAnimKnob> endless;
     const float boundedTop = bounded.readAt(CPoint(20, 0));
     const float endlessRight = endless.readAt(CPoint(40, 20));
-    EXPECT_FLOAT_EQ(bounded.readAt(kCentre), boundedTop);
-    EXPECT_FLOAT_EQ(endless.readAt(kCentre), endlessRight);
+    EXPECT_FLOAT_EQ(bounded.readAt(CPoint(20, 20)), boundedTop);
+    EXPECT_FLOAT_EQ(endless.readAt(CPoint(20, 20)), endlessRight);
 }
 
-// From just before the end, across the middle of the dead sector, on.
+// From just before the end (about -31°) across the dead sector, right of its
+// middle then left, on to about 198°, and back the other way.
 TEST(KnobClassesTest, OnlyTheEndlessKnobTurnsPastTheEnd) {
+    const std::vector<CPoint> path = {CPoint(33, 28), CPoint(25, 39), CPoint(15, 39), CPoint(5, 25),
+                                      CPoint(25, 39)};
     KnobHarness<ZelContAnimKnob> endless;
-    endless.press(kNearEnd);
-    EXPECT_NEAR(endless.knob->getValue(), clockwiseFraction(kNearEnd), 1e-5);
-    EXPECT_FLOAT_EQ(endless.moveTo(kDeadRight), 1.0f);
-    EXPECT_FLOAT_EQ(endless.moveTo(kDeadLeft), 0.0f);
-    EXPECT_NEAR(endless.moveTo(kLowerLeft), clockwiseFraction(kLowerLeft), 1e-5);
-    EXPECT_FLOAT_EQ(endless.moveTo(kDeadRight), 1.0f); // and back the other way
-    ASSERT_EQ(endless.listener.values.size(), 5u);
-    EXPECT_FLOAT_EQ(endless.listener.values[2], 0.0f);
+    const std::vector<float> turned = endless.drag(path);
+    ASSERT_EQ(turned.size(), 5u);
+    EXPECT_NEAR(turned[0], clockwiseFraction(path[0]), 1e-5);
+    EXPECT_NEAR(turned[3], clockwiseFraction(path[3]), 1e-5);
+    EXPECT_EQ(turned, (std::vector<float>{turned[0], 1.0f, 0.0f, turned[3], 1.0f}));
+    EXPECT_EQ(endless.listener.values, turned);
 
     KnobHarness<ZelAnimKnob> bounded;
-    bounded.press(kNearEnd);
-    EXPECT_FLOAT_EQ(bounded.moveTo(kDeadRight), 1.0f);
-    EXPECT_FLOAT_EQ(bounded.moveTo(kDeadLeft), 1.0f);
-    EXPECT_FLOAT_EQ(bounded.moveTo(kLowerLeft), 1.0f);
+    const std::vector<float> held = bounded.drag(path);
+    EXPECT_EQ(std::vector<float>(held.begin() + 1, held.end()), std::vector<float>(4, 1.0f));
 }
 
 } // namespace
