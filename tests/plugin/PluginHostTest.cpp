@@ -3,11 +3,11 @@
 // patterns that Linux hosts use.
 #include "TimedWrites.h"
 #include "VstPlugin.h"
+#include "measure.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
@@ -165,18 +165,6 @@ TEST(PluginPrograms, ChangesWriteTheEncodersViewBackAndSwitchingAppliesOnlyTheAz
 
 // ---- Audio
 
-// A deterministic mono signal: a sine with a little pseudo-random noise.
-std::vector<float> testSignal(int frames) {
-    std::vector<float> signal(frames);
-    std::uint32_t seed = 12345;
-    for (int i = 0; i < frames; ++i) {
-        seed = seed * 1664525u + 1013904223u;
-        const float noise = static_cast<float>(seed >> 8) / 16777216.0f - 0.5f;
-        signal[i] = 0.5f * static_cast<float>(std::sin(0.031 * i)) + 0.1f * noise;
-    }
-    return signal;
-}
-
 // A source close by with compensation on, so that the near-field filters
 // run; the sample rates are sent in turn.
 void startNearSource(VstPlugin& plugin, const std::vector<float>& rates = {48000.0f}) {
@@ -212,8 +200,11 @@ Channels run(const std::vector<float>& signal, const std::vector<TimedWrite>& wr
     return out;
 }
 
-TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
-    const std::vector<float> signal = testSignal(6000);
+// Blocks of 0, 1, 2, ... frames; the input in output 0's buffer (as Ardour
+// passes it) or in one written later (9), the unconnected outputs sharing one
+// scratch buffer: the same signal as whole blocks into buffers of their own.
+TEST(PluginAudio, BlockSplitsInPlaceInputAndSharedScratchGiveTheSameSignal) {
+    const std::vector<float> signal = measure::noise(6000, 1);
     // Near source, then at 4 m with compensation on (the far path), then
     // compensation off; a switch-off and -on between.
     const std::vector<TimedWrite> events = {
@@ -221,7 +212,7 @@ TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
         {3200, kDist, 0.0f}, {3500, kNFC, 1.0f},  {4200, kElev, 0.1f}};
     const Channels reference = run(signal, events, {});
     std::vector<long long> cuts;
-    for (int pos = 0, n = 0; pos < 6000; pos += n, ++n) cuts.push_back(pos); // 0, 1, 2, ... frames
+    for (int pos = 0, n = 0; pos < 6000; pos += n, ++n) cuts.push_back(pos);
     const Channels split = run(signal, events, cuts);
     double energy = 0.0; // NaN would differ from itself
     for (int c = 0; c < kOutputs; ++c) {
@@ -231,12 +222,22 @@ TEST(PluginAudio, BlockSplitsAndEventsBetweenBlocksGiveTheSameSignal) {
         }
     }
     EXPECT_GT(energy, 1.0);
+
+    const Layout ardour = {0, {4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15}};
+    const Layout late = {9, {0, 1, 2, 3, 4, 5, 6, 7, 8}};
+    for (const Layout& layout : {ardour, late}) {
+        const Channels shared = run(signal, events, {}, {48000.0f}, layout);
+        for (int c = 0; c < kOutputs; ++c) {
+            if (std::count(layout.unconnected.begin(), layout.unconnected.end(), c) != 0) continue;
+            EXPECT_EQ(shared[c], reference[c]) << "input in " << layout.inputOutput << ", " << c;
+        }
+    }
 }
 
 // Switching off and on between blocks starts afresh: the second time the
 // signal comes out as it did after the first switch-on.
 TEST(PluginAudio, SwitchingOffAndOnStartsAfresh) {
-    std::vector<float> signal = testSignal(3000);
+    std::vector<float> signal = measure::noise(3000, 1);
     const std::vector<float> once = signal;
     signal.insert(signal.end(), once.begin(), once.end());
     const Channels out = run(signal, {{3000, -1, 0.0f}}, {});
@@ -247,34 +248,13 @@ TEST(PluginAudio, SwitchingOffAndOnStartsAfresh) {
 // Some scanners send a rate of 0: rates that are no rates keep the one set
 // before, while a real one reaches the near-field filters.
 TEST(PluginAudio, SampleRatesThatAreNoRatesAreIgnored) {
-    const std::vector<float> signal = testSignal(2048);
+    const std::vector<float> signal = measure::noise(2048, 1);
     const std::vector<TimedWrite> nearer = {{0, kDist, 0.8f}}; // 0.8 m, compensation at 1.2 m
     const Channels at48k = run(signal, nearer, {});
     const Channels afterBadRates =
         run(signal, nearer, {}, {48000.0f, 0.0f, -44100.0f, std::nanf(""), 1e-30f, INFINITY});
     EXPECT_EQ(afterBadRates, at48k);
     EXPECT_NE(run(signal, nearer, {}, {96000.0f})[1], at48k[1]);
-}
-
-// In place: the input in output 0's buffer (as Ardour passes it) or in one
-// written later (9), and the unconnected outputs sharing one scratch buffer.
-TEST(PluginAudio, InPlaceInputAndSharedScratchLeaveConnectedOutputsExact) {
-    const std::vector<float> signal = testSignal(5000);
-    const std::vector<TimedWrite> events = {{2500, kNFC, 0.6f}};
-    const Channels reference = run(signal, events, {});
-    const Layout ardour = {0, {4, 5, 6, 7, 8, 10, 11, 12, 13, 14, 15}};
-    const Layout late = {9, {0, 1, 2, 3, 4, 5, 6, 7, 8}};
-    for (const Layout& layout : {ardour, late}) {
-        const Channels shared = run(signal, events, {}, {48000.0f}, layout);
-        for (int c = 0; c < kOutputs; ++c) {
-            const bool connected =
-                std::count(layout.unconnected.begin(), layout.unconnected.end(), c) == 0;
-            if (connected) {
-                EXPECT_EQ(shared[c], reference[c])
-                    << "input in " << layout.inputOutput << ", " << c;
-            }
-        }
-    }
 }
 
 // Exactly the frames asked for, 0 to 1024, and never the input; nothing at
@@ -284,7 +264,7 @@ TEST(PluginAudio, WritesExactlyTheFramesAskedForAndNothingElse) {
     VstPlugin& plugin = hosted.plugin();
     startNearSource(plugin);
     plugin.setMains(true);
-    const std::vector<float> signal = testSignal(kMaxBlock + 8);
+    const std::vector<float> signal = measure::noise(kMaxBlock + 8, 1);
     std::vector<float> input = signal;
     Channels out(kOutputs, std::vector<float>(kMaxBlock + 8, 7.0f));
     float* in[1] = {input.data()};
