@@ -101,14 +101,10 @@ void ZelAmbiEnc::process(float** inputs, float** outputs, VstInt32 sampleFrames)
 }
 
 void ZelAmbiEnc::setParameter(VstInt32 index, float value) {
-    ZelAmbiEncProgram& current = programs[curProgram];
-    if (inRange(index, kNumParams)) {
-        current.param[index] = value;
-        (encoder.*kSetters[index])(value);
-    }
-    // One change moves the other form of the position, so the program takes
-    // the encoder's view of all seven, also after an out-of-range index.
-    mirrorEncoderInProgram();
+    // The current program is brought up to date only when it is read (see
+    // setProgram): automation calls this every block, and the encoder holds
+    // the position anyway.
+    if (inRange(index, kNumParams)) (encoder.*kSetters[index])(value);
 }
 
 void ZelAmbiEnc::mirrorEncoderInProgram() {
@@ -120,7 +116,6 @@ void ZelAmbiEnc::mirrorEncoderInProgram() {
 
 void ZelAmbiEnc::setPosition(const ZelEncoderPosition& saved) {
     encoder.setposition(saved);
-    mirrorEncoderInProgram();
 }
 
 float ZelAmbiEnc::getParameter(VstInt32 index) {
@@ -161,13 +156,18 @@ void ZelAmbiEnc::getParameterDisplay(VstInt32 index, char* text) {
 void ZelAmbiEnc::setProgram(VstInt32 program) {
     // The dispatcher refuses other numbers already; direct callers get the same.
     if (!inRange(program, kNumPrograms)) return;
+    // The program we leave keeps the encoder's view of all seven values.
+    mirrorEncoderInProgram();
     const ZelAmbiEncProgram& record = programs[program];
     curProgram = program;
-    // Each call rewrites the whole record with the encoder's state, so only
-    // the azimuth is applied as stored; the later values read back what the
-    // encoder reports by then. Stored sessions were made with this recall, so
-    // it is kept.
-    for (int k = 0; k < kNumParams; ++k) setParameter(k, record.param[k]);
+    // Each value applied rewrites the whole record with the encoder's state,
+    // so only the azimuth is applied as stored; the later values read back
+    // what the encoder reports by then. Stored sessions were made with this
+    // recall, so it is kept.
+    for (int k = 0; k < kNumParams; ++k) {
+        setParameter(k, record.param[k]);
+        mirrorEncoderInProgram();
+    }
 }
 
 void ZelAmbiEnc::setProgramName(char* name) {

@@ -9,8 +9,7 @@
 
 // One stored program: the seven normalised parameter values in index order
 // and a name. The defaults are exactly a new encoder's position. The values
-// are atomic: the audio thread's automation and the editor's edits both
-// write the current program back.
+// are atomic: program switches may come from any thread.
 struct ZelAmbiEncProgram {
     ZelAmbiEncProgram();
 
@@ -19,8 +18,9 @@ struct ZelAmbiEncProgram {
 };
 
 // The effect: one mono input encoded into 16 ambisonic outputs, seven
-// parameters and a bank of 16 programs. The current program always mirrors
-// the encoder, which is the only owner of the source position.
+// parameters and a bank of 16 programs. The encoder is the only owner of the
+// source position; the current program takes the encoder's view when it is
+// left or recalled.
 class ZelAmbiEnc : public AudioEffectX {
 public:
     explicit ZelAmbiEnc(audioMasterCallback audioMaster);
