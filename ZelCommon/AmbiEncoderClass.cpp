@@ -77,6 +77,8 @@ ZelEncoderPosition farStraightAhead() {
     p.dist = p.distNF = p.NFC = kFarLimit;
     p.fs = 48000.0f;
     p.gains[0] = 0.70710677f;
+    p.cosElev = 1.0f;
+    p.cosAzim = 1.0;
     return p;
 }
 
@@ -98,6 +100,7 @@ ZelAmbisonicEncoder::ZelAmbisonicEncoder(AmbiOrder order_)
 void ZelAmbisonicEncoder::setazim(float v) {
     position.update([&](Position& p) {
         p.azim = static_cast<float>(0.0 + v * kTwoPi);
+        aimAzim(p);
         UpdatePolarCoords(p);
     });
 }
@@ -105,6 +108,7 @@ void ZelAmbisonicEncoder::setazim(float v) {
 void ZelAmbisonicEncoder::setelev(float v) {
     position.update([&](Position& p) {
         p.elev = static_cast<float>(-kHalfPi + v * kPi);
+        aimElev(p);
         UpdatePolarCoords(p);
     });
 }
@@ -158,6 +162,8 @@ void ZelAmbisonicEncoder::setposition(const ZelEncoderPosition& saved) {
     position.update([&](Position& p) {
         p.azim = saved.azim;
         p.elev = saved.elev;
+        aimAzim(p);
+        aimElev(p);
         p.dist = saved.dist;
         p.x = saved.x;
         p.y = saved.y;
@@ -249,17 +255,23 @@ float ZelAmbisonicEncoder::getelevdisplay() const {
 
 // ------------------------------------------------------------ position model
 
-ZelAmbisonicEncoder::Direction ZelAmbisonicEncoder::directionOf(const Position& p) {
-    const double azim = p.azim, elev = p.elev;
-    return {static_cast<float>(std::cos(elev)), std::cos(azim), std::sin(azim), std::sin(elev)};
+void ZelAmbisonicEncoder::aimAzim(Position& p) {
+    const double azim = p.azim;
+    p.cosAzim = std::cos(azim);
+    p.sinAzim = std::sin(azim);
+}
+
+void ZelAmbisonicEncoder::aimElev(Position& p) {
+    const double elev = p.elev;
+    p.cosElev = static_cast<float>(std::cos(elev));
+    p.sinElev = std::sin(elev);
 }
 
 void ZelAmbisonicEncoder::UpdatePolarCoords(Position& p) const {
-    const Direction d = directionOf(p);
-    if (!(p.holds & kHoldX)) p.x = static_cast<float>(d.cosAzim * d.cosElev * p.dist);
-    if (!(p.holds & kHoldY)) p.y = static_cast<float>(d.sinAzim * d.cosElev * p.dist);
-    if (!(p.holds & kHoldZ)) p.z = static_cast<float>(d.sinElev * p.dist);
-    UpdateHOrders(p, d);
+    if (!(p.holds & kHoldX)) p.x = static_cast<float>(p.cosAzim * p.cosElev * p.dist);
+    if (!(p.holds & kHoldY)) p.y = static_cast<float>(p.sinAzim * p.cosElev * p.dist);
+    if (!(p.holds & kHoldZ)) p.z = static_cast<float>(p.sinElev * p.dist);
+    UpdateHOrders(p);
 }
 
 void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
@@ -279,6 +291,8 @@ void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
         const double horizontal = std::sqrt(static_cast<double>(x * x + y * y));
         p.elev = static_cast<float>(std::atan2(static_cast<double>(z), horizontal));
     }
+    aimAzim(p);
+    aimElev(p);
 
     // Only the radius is clamped: the point moves back onto the outer sphere
     // along its own direction.
@@ -295,10 +309,6 @@ void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
 // ------------------------------------------------------------ gains
 
 void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
-    UpdateHOrders(p, p.NFC == kFarLimit ? Direction{} : directionOf(p));
-}
-
-void ZelAmbisonicEncoder::UpdateHOrders(Position& p, const Direction& d) const {
     float X, Y, Z, rho;
     if (p.NFC == kFarLimit) {
         // Compensation off: the harmonics are homogeneous polynomials, so using
@@ -308,9 +318,9 @@ void ZelAmbisonicEncoder::UpdateHOrders(Position& p, const Direction& d) const {
         Z = p.z / 4.0f;
         rho = p.dist / 4.0f;
     } else {
-        X = static_cast<float>(d.cosAzim * d.cosElev);
-        Y = static_cast<float>(d.sinAzim * d.cosElev);
-        Z = static_cast<float>(d.sinElev);
+        X = static_cast<float>(p.cosAzim * p.cosElev);
+        Y = static_cast<float>(p.sinAzim * p.cosElev);
+        Z = static_cast<float>(p.sinElev);
         rho = 1.0f;
     }
 

@@ -46,6 +46,11 @@ struct ZelEncoderPosition {
     std::uint32_t designs; // near-field designs made so far
     std::uint32_t holds;   // bits 0, 1, 2: x, y, z held
     float gains[16];
+    // The direction's sines and cosines, kept with it so that a change of
+    // distance or compensation needs no new ones (the cosine of the elevation
+    // in single precision, as both forms and the gains use it).
+    float cosElev;
+    double cosAzim, sinAzim, sinElev;
 };
 
 class ZelAmbisonicEncoder {
@@ -139,15 +144,9 @@ private:
     void UpdatePolarCoords(Position& p) const;
     void UpdateRectCoords(Position& p) const;
     void UpdateHOrders(Position& p) const;
-    // The direction's sines and cosines, worked out once for both forms of
-    // the position and the gains (the cosine of the elevation in single
-    // precision, as both use it).
-    struct Direction {
-        float cosElev;
-        double cosAzim, sinAzim, sinElev;
-    };
-    static Direction directionOf(const Position& p);
-    void UpdateHOrders(Position& p, const Direction& d) const;
+    // Work out the sines and cosines after a change of azim or elev.
+    static void aimAzim(Position& p);
+    static void aimElev(Position& p);
     void SetDistCoef(Position& p, float dsrc, float dcomp) const;
     // Gives the filters the newest design, if they have not had it yet.
     void applyDesign(const Position& p);
