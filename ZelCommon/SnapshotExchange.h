@@ -35,7 +35,7 @@ public:
     SnapshotExchange& operator=(const SnapshotExchange&) = delete;
 
     T load() const {
-        T value{};
+        T value;
         for (;;) {
             const std::uint64_t h = head.load(std::memory_order_acquire);
             // Still the head afterwards: the copy is the published value, not
@@ -89,24 +89,32 @@ private:
         }
     }
 
+    // Word by word straight between the value and the slot: a staging array
+    // copied whole would read wide what was just written narrow, which the
+    // processor cannot forward from its store buffer and stalls on.
     static void store(Slot& slot, const T& value) {
-        std::uint32_t words[kWords];
-        std::memcpy(words, &value, sizeof(T));
+        const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
         const std::uint32_t v = slot.version.load(std::memory_order_relaxed);
         slot.version.store(v + 1, std::memory_order_relaxed);
         // Release: a reader that sees any new word also sees the odd version.
-        for (int i = 0; i < kWords; ++i) slot.words[i].store(words[i], std::memory_order_release);
+        for (int i = 0; i < kWords; ++i) {
+            std::uint32_t word;
+            std::memcpy(&word, bytes + i * sizeof word, sizeof word);
+            slot.words[i].store(word, std::memory_order_release);
+        }
         slot.version.store(v + 2, std::memory_order_release);
     }
 
+    // On false, value holds stale words and must be copied again.
     static bool copyOut(const Slot& slot, T& value) {
         const std::uint32_t before = slot.version.load(std::memory_order_acquire);
         if (before & 1u) return false;
-        std::uint32_t words[kWords];
-        for (int i = 0; i < kWords; ++i) words[i] = slot.words[i].load(std::memory_order_acquire);
-        if (slot.version.load(std::memory_order_relaxed) != before) return false;
-        std::memcpy(&value, words, sizeof(T));
-        return true;
+        auto* bytes = reinterpret_cast<unsigned char*>(&value);
+        for (int i = 0; i < kWords; ++i) {
+            const std::uint32_t word = slot.words[i].load(std::memory_order_acquire);
+            std::memcpy(bytes + i * sizeof word, &word, sizeof word);
+        }
+        return slot.version.load(std::memory_order_relaxed) == before;
     }
 
     std::array<Slot, kSlots> slots;
