@@ -5,6 +5,8 @@
 #define ZEL_LANES_WIDE
 // GCC 12's AVX-512 intrinsics start some results from an undefined vector,
 // which -Wmaybe-uninitialized takes for the use of one.
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #define ZEL_LANES_ENTRY zelLanesAvx512
 #include "EncoderLanesKernel.h"

@@ -30,11 +30,12 @@ ZEL_LANES_FN V bcast(const float* p) {
     return _mm256_broadcast_ss(p);
 }
 
-// DeZipper::smooth in every lane.
-ZEL_LANES_FN V smooth(V target, V& state) {
+// DeZipper::smooth in every lane (without its tiny constant where that
+// cannot change the state, see farFromZero).
+template <bool kTinyStep = true> ZEL_LANES_FN V smooth(V target, V& state) {
     const V y = add(mul(_mm256_set1_ps(DeZipper::kOneMinusCoef), target),
                     mul(state, _mm256_set1_ps(DeZipper::kCoef)));
-    state = add(y, _mm256_set1_ps(DeZipper::kAntiDenormal));
+    state = kTinyStep ? add(y, _mm256_set1_ps(DeZipper::kAntiDenormal)) : y;
     return y;
 }
 
@@ -53,6 +54,35 @@ ZEL_LANES_FN bool settled(V target, V state, int used, V& value) {
     value = smooth(target, next);
     const __m256i same = _mm256_cmpeq_epi32(_mm256_castps_si256(next), _mm256_castps_si256(state));
     return (_mm256_movemask_ps(_mm256_castsi256_ps(same)) & used) == used;
+}
+
+// How the gain smoothers move in a block. Far from zero the smoother's tiny
+// constant cannot change a state (it lies far below half a unit in the last
+// place), so the step may leave it out, which shortens the recursion that
+// bounds the loop by a third and changes no bit.
+enum GainMotion { kGainsRest, kGainsGlide, kGainsGlideFarFromZero };
+
+// True if, for n steps, no smoother's output can come near zero: each state
+// and target finite, of one sign and at least 2^-40 in magnitude. Each step
+// is a weighted mean of state and target with weights summing to 1 within
+// 2^-22, so in 2^16 steps no output falls below 2^-41, where half a unit in
+// the last place (2^-65) is still above the tiny constant (1e-30).
+ZEL_LANES_FN bool farFromZero(const float* target, const float* state, int n) {
+    if (n > 65536) return false;
+    const V magnitude = _mm256_castsi256_ps(_mm256_set1_epi32(0x7fffffff));
+    const V least = _mm256_set1_ps(0x1p-40f), most = _mm256_set1_ps(3.40282347e38f);
+    int ok = 0xFF;
+    for (int h = 0; h < 16; h += 8) {
+        const V t = _mm256_load_ps(target + h), s = _mm256_load_ps(state + h);
+        const V at = _mm256_and_ps(t, magnitude), as = _mm256_and_ps(s, magnitude);
+        // Ordered compares: a NaN fails them.
+        ok &= _mm256_movemask_ps(_mm256_cmp_ps(at, least, _CMP_GE_OQ)) &
+              _mm256_movemask_ps(_mm256_cmp_ps(as, least, _CMP_GE_OQ)) &
+              _mm256_movemask_ps(_mm256_cmp_ps(at, most, _CMP_LE_OQ)) &
+              _mm256_movemask_ps(_mm256_cmp_ps(as, most, _CMP_LE_OQ)) &
+              ~_mm256_movemask_ps(_mm256_xor_ps(t, s));
+    }
+    return ok == 0xFF;
 }
 
 // The near-field sections of tarnhoafilt.cpp, operation by operation.
@@ -122,10 +152,10 @@ struct Groups {
 struct GainStage {
     using State = __m512;
     __m512 target, state, atRest;
-    static ZEL_LANES_METHOD __m512 smooth16(__m512 t, __m512& s) {
+    template <bool kTinyStep = true> static ZEL_LANES_METHOD __m512 smooth16(__m512 t, __m512& s) {
         const __m512 y = _mm512_add_ps(_mm512_mul_ps(_mm512_set1_ps(DeZipper::kOneMinusCoef), t),
                                        _mm512_mul_ps(s, _mm512_set1_ps(DeZipper::kCoef)));
-        s = _mm512_add_ps(y, _mm512_set1_ps(DeZipper::kAntiDenormal));
+        s = kTinyStep ? _mm512_add_ps(y, _mm512_set1_ps(DeZipper::kAntiDenormal)) : y;
         return y;
     }
     ZEL_LANES_METHOD void load(const ZelLaneBlock& b) {
@@ -144,8 +174,10 @@ struct GainStage {
         _mm512_store_ps(b.gainState, s);
     }
     // The smoothers' state is the caller's local, so that it stays in a register.
-    template <bool kRest> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
-        const __m512 v = _mm512_mul_ps(_mm512_set1_ps(*u), kRest ? atRest : smooth16(target, s));
+    template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+        const __m512 v = _mm512_mul_ps(
+            _mm512_set1_ps(*u),
+            kMotion == kGainsRest ? atRest : smooth16<kMotion == kGainsGlide>(target, s));
         __asm__("" : "+v"(s)); // GCC would keep the state in memory, on the recursion's path
         const V a = _mm512_castps512_ps256(v);
         const V c = _mm512_castps512_ps256(_mm512_shuffle_f32x4(v, v, 0xEE));
@@ -177,10 +209,11 @@ struct GainStage {
         _mm256_store_ps(b.gainState + 8, s.hi);
     }
     // The smoothers' state is the caller's local, so that it stays in registers.
-    template <bool kRest> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+    template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+        constexpr bool kTinyStep = kMotion == kGainsGlide;
         const V uj = bcast(u);
-        const V a = mul(uj, kRest ? restLo : smooth(targetLo, s.lo));
-        const V c = mul(uj, kRest ? restHi : smooth(targetHi, s.hi));
+        const V a = mul(uj, kMotion == kGainsRest ? restLo : smooth<kTinyStep>(targetLo, s.lo));
+        const V c = mul(uj, kMotion == kGainsRest ? restHi : smooth<kTinyStep>(targetHi, s.hi));
         return {a, _mm256_blend_ps(a, c, 0x01), c};
     }
 };
@@ -207,7 +240,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlo
     }
 }
 
-template <int kMode, bool kRestingGains, bool kRestingCoefs>
+template <int kMode, GainMotion kGains, bool kRestingCoefs>
 __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainStage& gains,
                                                    const float* restingCoef) {
     GainStage::State gainState = gains.start();
@@ -239,7 +272,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
                 _mm256_store_ps(coefRows[j] + 8, smoothSome(coefTargetHi, coefStateHi, advanceHi));
                 cf = coefRows[j];
             }
-            Groups v = gains.template step<kRestingGains>(u + j, gainState);
+            Groups v = gains.template step<kGains>(u + j, gainState);
             if (kMode == kLanesNear) {
                 const V y1 = section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
                 v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
@@ -287,14 +320,23 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
 
 // Smoothers that sit at a fixed point return one value for the whole block;
 // the loop then skips them.
+template <int kMode, GainMotion kGains>
+__attribute__((target(ZEL_LANES_TARGET))) void runGains(ZelLaneBlock& b, const GainStage& gains,
+                                                        bool coefsRest, const float* coef) {
+    if (coefsRest)
+        run<kMode, kGains, true>(b, gains, coef);
+    else
+        run<kMode, kGains, false>(b, gains, coef);
+}
+
 template <int kMode>
 __attribute__((target(ZEL_LANES_TARGET))) void runMode(ZelLaneBlock& b, const GainStage& gains,
-                                                       bool gainsRest, bool coefsRest,
+                                                       GainMotion motion, bool coefsRest,
                                                        const float* coef) {
-    if (gainsRest && coefsRest) run<kMode, true, true>(b, gains, coef);
-    if (gainsRest && !coefsRest) run<kMode, true, false>(b, gains, coef);
-    if (!gainsRest && coefsRest) run<kMode, false, true>(b, gains, coef);
-    if (!gainsRest && !coefsRest) run<kMode, false, false>(b, gains, coef);
+    if (motion == kGainsRest) runGains<kMode, kGainsRest>(b, gains, coefsRest, coef);
+    if (motion == kGainsGlide) runGains<kMode, kGainsGlide>(b, gains, coefsRest, coef);
+    if (motion == kGainsGlideFarFromZero)
+        runGains<kMode, kGainsGlideFarFromZero>(b, gains, coefsRest, coef);
 }
 
 } // namespace
@@ -307,11 +349,16 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
     const bool gainsRest = gains.settled(gain);
     b.gainsRested = gainsRest;
     b.coefsRested = true;
+    const GainMotion motion = gainsRest                                     ? kGainsRest
+                              : farFromZero(b.gainTarget, b.gainState, b.n) ? kGainsGlideFarFromZero
+                                                                            : kGainsGlide;
     if (b.mode == kLanesOff) {
-        if (gainsRest)
+        if (motion == kGainsRest)
             restingGainsOnly(b, gain);
+        else if (motion == kGainsGlideFarFromZero)
+            run<kLanesOff, kGainsGlideFarFromZero, true>(b, gains, coef);
         else
-            run<kLanesOff, false, true>(b, gains, coef);
+            run<kLanesOff, kGainsGlide, true>(b, gains, coef);
         return;
     }
     V lo, hi;
@@ -324,7 +371,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
     _mm256_store_ps(coef + 8, hi);
     b.coefsRested = loRests && hiRests;
     if (near)
-        runMode<kLanesNear>(b, gains, gainsRest, loRests && hiRests, coef);
+        runMode<kLanesNear>(b, gains, motion, loRests && hiRests, coef);
     else
-        runMode<kLanesFar>(b, gains, gainsRest, loRests && hiRests, coef);
+        runMode<kLanesFar>(b, gains, motion, loRests && hiRests, coef);
 }
