@@ -13,21 +13,30 @@ namespace {
 // Far beyond any real gain (at most a few units), still far from overflow.
 constexpr float kSaneGain = 1e6f;
 // True if any of the first n samples of the channels has a magnitude whose
-// bits lie above limit. Bits, not float compares, so that the loop stays cheap.
-bool anyAbove(const float* const* channels, int count, int n, std::uint32_t limit) {
-    std::uint32_t hit = 0;
+// bits lie above limit. Bits, not float compares, compared as signed words
+// (a magnitude's bits are below 2^31) eight at a time into eight separate
+// flags, so that the compiler makes vector compares of it even for SSE2.
+bool anyAbove(const float* const* channels, int count, int n, std::int32_t limit) {
+    std::int32_t hit[8] = {};
+    auto look = [limit](const float* v) {
+        std::int32_t bits;
+        std::memcpy(&bits, v, sizeof bits);
+        return static_cast<std::int32_t>((bits & 0x7fffffff) > limit);
+    };
     for (int c = 0; c < count; ++c) {
-        for (int i = 0; i < n; ++i) {
-            std::uint32_t bits;
-            std::memcpy(&bits, channels[c] + i, sizeof bits);
-            hit |= static_cast<std::uint32_t>((bits & 0x7fffffffu) > limit);
-        }
+        const float* v = channels[c];
+        int i = 0;
+        for (; i + 8 <= n; i += 8)
+            for (int k = 0; k < 8; ++k) hit[k] |= look(v + i + k);
+        for (; i < n; ++i) hit[0] |= look(v + i);
     }
-    return hit != 0;
+    std::int32_t any = 0;
+    for (std::int32_t h : hit) any |= h;
+    return any != 0;
 }
 // Beyond 2^91 gains and near-field filters could carry a sample past the
 // largest float; above the largest float lie only infinities and NaNs.
-constexpr std::uint32_t kHugeBits = 0x6d000000u, kNonFiniteBits = 0x7f7fffffu;
+constexpr std::int32_t kHugeBits = 0x6d000000, kNonFiniteBits = 0x7f7fffff;
 
 } // namespace
 
@@ -105,7 +114,9 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
     if (n < 0) n = 0;
     // The newest position, whole, for the whole block.
     const Position p = position.load();
-    applyDesign(p);
+    // Only compensation runs the filters; until then their design can wait
+    // (an automated distance makes a new one every block).
+    if (kFarLimit > p.NFC) applyDesign(p);
 
     const float* in = inputs[0];
     const bool oddInput = anyAbove(&in, 1, n, kHugeBits); // before the input may be overwritten
@@ -143,7 +154,12 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
     // makes one) counts as wrong too: with a large input it overflows.
     auto sane = [](float gain) { return std::fabs(gain) <= kSaneGain; };
     bool scrub = oddInput;
-    for (int c = 0; c < ncoefs; ++c) {
+    // One pass without branches first: nearly always all is well. (Entries
+    // beyond a layout's channels stay 0.)
+    int allSane = 1;
+    for (int c = 0; c < 16; ++c)
+        allSane &= static_cast<int>(sane(p.gains[c])) & static_cast<int>(sane(dezip[c].current()));
+    for (int c = 0; !allSane && c < ncoefs; ++c) {
         scrub = scrub || !sane(p.gains[c]);
         if (!sane(dezip[c].current())) {
             dezip[c].init(sane(p.gains[c]) ? p.gains[c] : 0.0f);
@@ -163,6 +179,7 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
     // Filters found finite and untouched since need no second look. A reset
     // one can stay non-finite (its design may be), so it is looked at again.
     if (!filtersFinite) {
+        applyDesign(p); // a reset starts the coefficient smoothers from the design
         recoverAll(nf1, set.n1);
         recoverAll(nf2, set.n2);
         recoverAll(nf3, set.n3);
