@@ -86,21 +86,31 @@ public:
         }
         plugin.setMains(true);
         fillNoise(buffers->input(0), block);
+        // The sweep's values are worked out here, so that the timed loop
+        // holds only what a host does: set the parameters, process.
+        for (int k = 0; k < kSweepSteps; ++k) {
+            const double phase = std::sin(k * 6.283185307179586 / kSweepSteps);
+            if (peer) {
+                sweep[k][0] = static_cast<float>(0.5 + (30.0 + 20.0 * phase) / 360.0);
+            } else {
+                sweep[k][0] = azimuthValue(30.0 + 20.0 * phase);
+                sweep[k][1] = distanceValue(1.0 + 0.2 * phase);
+            }
+        }
     }
     ~Hosted() { loaded->plugin().setMains(false); }
 
     void process() { buffers->process(0, buffers->frames()); }
     // One step of a sweep: azimuth 30 +- 20 degrees, distance 1 +- 0.2 m.
     void automate(int step) {
-        const double phase = std::sin(step * 0.05);
+        const float* values = sweep[step % kSweepSteps];
         VstPlugin& plugin = loaded->plugin();
         if (variant == kPeer) {
-            plugin.setParameter(kPeerAzimuth,
-                                static_cast<float>(0.5 + (30.0 + 20.0 * phase) / 360.0));
+            plugin.setParameter(kPeerAzimuth, values[0]);
             return;
         }
-        plugin.setParameter(kAzimuth, azimuthValue(30.0 + 20.0 * phase));
-        if (mode != kFar) plugin.setParameter(kDistance, distanceValue(1.0 + 0.2 * phase));
+        plugin.setParameter(kAzimuth, values[0]);
+        if (mode != kFar) plugin.setParameter(kDistance, values[1]);
     }
     void silence() {
         for (int k = 0; k < 48000 / buffers->frames() + 1; ++k) process();
@@ -109,6 +119,8 @@ public:
     const float* last() const { return buffers->output(15); }
 
 private:
+    static constexpr int kSweepSteps = 128; // blocks per period of the sweep
+    float sweep[kSweepSteps][2] = {};
     Variant variant;
     Mode mode;
     std::unique_ptr<LoadedPlugin> loaded;
