@@ -123,12 +123,6 @@ WindowImage PluginEditorSession::snapshot() {
     return failure;
 }
 
-void PluginEditorSession::click(int x, int y) {
-    movePointer(x, y);
-    client.pressButton(1);
-    client.releaseButton(1);
-}
-
 int differingPixels(const WindowImage& a, const WindowImage& b, const geometry::Rect& area) {
     int count = 0;
     for (int y = area.top; y < std::min({area.bottom, a.height, b.height}); y++)

@@ -39,7 +39,6 @@ public:
 
     // Pointer input at window coordinates, through the X server.
     void movePointer(int x, int y) { client.movePointer(originX + x, originY + y); }
-    void click(int x, int y);
     // For a test that destroys the parent itself.
     void destroyParent();
 
