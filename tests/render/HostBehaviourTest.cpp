@@ -6,6 +6,7 @@
 #include "AutomationPath.h"
 #include "ParameterMapping.h"
 #include "TestSupport.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -40,7 +41,7 @@ protected:
     }
 
     ScratchDir dir;
-    const std::vector<float> input = testNoise(1000, 7);
+    const std::vector<float> input = measure::noise(1000, 7);
     ParameterMapping mapping;
 };
 

@@ -26,7 +26,7 @@ struct Ears {
 Ears headphones(const std::vector<std::string>& placement) {
     ScratchDir dir;
     writeAudio(dir.file("in.wav"),
-               {1, kRate, SF_FORMAT_WAV | SF_FORMAT_FLOAT, testNoise(2 * kRate, 9)});
+               {1, kRate, SF_FORMAT_WAV | SF_FORMAT_FLOAT, measure::noise(2 * kRate, 9)});
     std::vector<std::string> arguments = {
         "--plugin", ZEL_PLUGIN_PATH,     "-q",         dir.file("in.wav"),
         "-o",       dir.file("out.wav"), "--binaural", dir.file("ears.wav")};

@@ -7,6 +7,7 @@
 #include "Position.h"
 #include "TestSupport.h"
 #include "TimedWrites.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -82,7 +83,7 @@ TEST_P(ZelrenderMatchesEncoder, BitForBit) {
     std::istringstream pathText(c.path);
     const AutomationPath path = AutomationPath::parse(pathText, "path");
     writeAudio(dir.file("in"),
-               {1, c.rate, c.format, testNoise(std::llround(c.seconds * c.rate), c.rate)});
+               {1, c.rate, c.format, measure::noise(std::llround(c.seconds * c.rate), c.rate)});
     // What the encoder gets is what libsndfile reads back (16-bit formats are
     // quantised on the way in).
     const std::vector<float> input = readAudio(dir.file("in")).samples;

@@ -61,16 +61,6 @@ AudioData readAudio(const std::string& path) {
     return audio;
 }
 
-std::vector<float> testNoise(long long count, unsigned seed) {
-    std::vector<float> samples(static_cast<std::size_t>(count));
-    unsigned state = seed * 2654435761u + 1u;
-    for (float& s : samples) {
-        state = state * 1664525u + 1013904223u;
-        s = static_cast<float>(state >> 8) / 16777216.0f - 0.5f;
-    }
-    return samples;
-}
-
 std::vector<std::string> lines(const std::string& text) {
     std::istringstream in(text);
     std::vector<std::string> result;

@@ -31,7 +31,6 @@ struct AudioData {
 
 void writeAudio(const std::string& path, const AudioData& audio);
 AudioData readAudio(const std::string& path);
-std::vector<float> testNoise(long long count, unsigned seed); // reproducible, in -0.5..0.5
 std::vector<std::string> lines(const std::string& text);
 
 struct RunResult {
