@@ -54,7 +54,7 @@ public:
             T value;
             if (!copyOut(slots[index(h)], value)) continue;
             change(value);
-            Slot& fresh = claimFreeSlot();
+            Slot& fresh = claimFreeSlot(h);
             store(fresh, value);
             const std::uint64_t next = ((h >> 8) + 1) << 8 | slotNumber(fresh);
             if (head.compare_exchange_strong(h, next, std::memory_order_acq_rel)) {
@@ -80,9 +80,12 @@ private:
     }
 
     // At most one slot per writer plus the head are busy, so with more slots
-    // than threads that write at once the search ends.
-    Slot& claimFreeSlot() {
-        for (int i = 0;; i = (i + 1) % kSlots) {
+    // than threads that write at once the search ends. It starts after the
+    // head, where a lone writer finds a free slot at once, and looks before
+    // it locks, as a failed exchange costs as much as one that succeeds.
+    Slot& claimFreeSlot(std::uint64_t h) {
+        for (int i = (index(h) + 1) % kSlots;; i = (i + 1) % kSlots) {
+            if (slots[i].busy.load(std::memory_order_relaxed)) continue;
             bool expected = false;
             if (slots[i].busy.compare_exchange_strong(expected, true, std::memory_order_acquire))
                 return slots[i];
