@@ -59,6 +59,12 @@ void ZelAmbisonicEncoder::applyDesign(const Position& p) {
     design(nf4, set.n4);
 }
 
+void ZelAmbisonicEncoder::takeGains(const Position& p) {
+    if (p.changes == gainsChanges) return;
+    gainsChanges = p.changes;
+    UpdateHOrders(p, gains);
+}
+
 // ------------------------------------------------------------ audio
 
 template <typename Op> void ZelAmbisonicEncoder::filterChannels(Op&& run, bool nearSource) {
@@ -117,6 +123,7 @@ void ZelAmbisonicEncoder::process(float** inputs, float** outputs, int n) {
     // Only compensation runs the filters; until then their design can wait
     // (an automated distance makes a new one every block).
     if (kFarLimit > p.NFC) applyDesign(p);
+    takeGains(p);
 
     const float* in = inputs[0];
     const bool oddInput = anyAbove(&in, 1, n, kHugeBits); // before the input may be overwritten
@@ -130,7 +137,7 @@ void ZelAmbisonicEncoder::processScalar(const float* in, float** outputs, int n,
                                         const Position& p) {
     for (int i = 0; i < n; ++i) {
         const float u = in[i]; // before any output of this sample is written
-        for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(p.gains[c]);
+        for (int c = 0; c < ncoefs; ++c) outputs[c][i] = u * dezip[c].smooth(gains[c]);
     }
 
     if (kFarLimit > p.NFC) { // else compensation off: interior panning only
@@ -158,11 +165,11 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
     // beyond a layout's channels stay 0.)
     int allSane = 1;
     for (int c = 0; c < 16; ++c)
-        allSane &= static_cast<int>(sane(p.gains[c])) & static_cast<int>(sane(dezip[c].current()));
+        allSane &= static_cast<int>(sane(gains[c])) & static_cast<int>(sane(dezip[c].current()));
     for (int c = 0; !allSane && c < ncoefs; ++c) {
-        scrub = scrub || !sane(p.gains[c]);
+        scrub = scrub || !sane(gains[c]);
         if (!sane(dezip[c].current())) {
-            dezip[c].init(sane(p.gains[c]) ? p.gains[c] : 0.0f);
+            dezip[c].init(sane(gains[c]) ? gains[c] : 0.0f);
             scrub = true;
         }
     }
@@ -207,5 +214,6 @@ void ZelAmbisonicEncoder::resume() {
     for (int i = 0; i < set.n2; ++i) nf2[i].reset();
     for (int i = 0; i < set.n3; ++i) nf3[i].reset();
     for (int i = 0; i < set.n4; ++i) nf4[i].reset();
-    for (int c = 0; c < ncoefs; ++c) dezip[c].init(p.gains[c]);
+    takeGains(p);
+    for (int c = 0; c < ncoefs; ++c) dezip[c].init(gains[c]);
 }

@@ -76,7 +76,6 @@ ZelEncoderPosition farStraightAhead() {
     ZelEncoderPosition p{};
     p.dist = p.distNF = p.NFC = kFarLimit;
     p.fs = 48000.0f;
-    p.gains[0] = 0.70710677f;
     p.cosElev = 1.0f;
     p.cosAzim = 1.0;
     return p;
@@ -88,17 +87,26 @@ ZelAmbisonicEncoder::ZelAmbisonicEncoder(AmbiOrder order_)
     : order(order_), ncoefs(channelCount(order_)), position(farStraightAhead()), appliedDesigns(0),
       path(zelDefaultLanePath()), lanes(zelLaneKernel(path)) {
     // Entries a layout never computes stay 0.
-    position.update([this](Position& p) {
+    change([this](Position& p) {
         UpdatePolarCoords(p);
         SetDistCoef(p, p.distNF, p.NFC);
     });
-    applyDesign(position.load());
+    const Position p = position.load();
+    applyDesign(p);
+    takeGains(p);
 }
 
 // ------------------------------------------------------------ setters
 
-void ZelAmbisonicEncoder::setazim(float v) {
+template <typename Change> void ZelAmbisonicEncoder::change(Change&& apply) {
     position.update([&](Position& p) {
+        apply(p);
+        ++p.changes;
+    });
+}
+
+void ZelAmbisonicEncoder::setazim(float v) {
+    change([&](Position& p) {
         p.azim = static_cast<float>(0.0 + v * kTwoPi);
         aimAzim(p);
         UpdatePolarCoords(p);
@@ -106,7 +114,7 @@ void ZelAmbisonicEncoder::setazim(float v) {
 }
 
 void ZelAmbisonicEncoder::setelev(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.elev = static_cast<float>(-kHalfPi + v * kPi);
         aimElev(p);
         UpdatePolarCoords(p);
@@ -114,28 +122,28 @@ void ZelAmbisonicEncoder::setelev(float v) {
 }
 
 void ZelAmbisonicEncoder::setx(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.x = -4.0f + 8.0f * v;
         UpdateRectCoords(p);
     });
 }
 
 void ZelAmbisonicEncoder::sety(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.y = -4.0f + 8.0f * v;
         UpdateRectCoords(p);
     });
 }
 
 void ZelAmbisonicEncoder::setz(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.z = -4.0f + 8.0f * v;
         UpdateRectCoords(p);
     });
 }
 
 void ZelAmbisonicEncoder::setdist(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.dist = 4.0f + -4.0f * v;
         p.distNF = filterDistance(p.dist);
         SetDistCoef(p, p.distNF, p.NFC);
@@ -144,7 +152,7 @@ void ZelAmbisonicEncoder::setdist(float v) {
 }
 
 void ZelAmbisonicEncoder::setNFC(float v) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.NFC = 0.5f + 3.5f * v;
         SetDistCoef(p, p.distNF, p.NFC);
         UpdatePolarCoords(p);
@@ -152,14 +160,14 @@ void ZelAmbisonicEncoder::setNFC(float v) {
 }
 
 void ZelAmbisonicEncoder::setfs(float f) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.fs = f;
         SetDistCoef(p, p.distNF, p.NFC);
     });
 }
 
 void ZelAmbisonicEncoder::setposition(const ZelEncoderPosition& saved) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.azim = saved.azim;
         p.elev = saved.elev;
         aimAzim(p);
@@ -171,18 +179,17 @@ void ZelAmbisonicEncoder::setposition(const ZelEncoderPosition& saved) {
         p.NFC = saved.NFC;
         p.distNF = filterDistance(p.dist);
         SetDistCoef(p, p.distNF, p.NFC);
-        UpdateHOrders(p);
     });
 }
 
 void ZelAmbisonicEncoder::setholds(bool holdX, bool holdY, bool holdZ) {
-    position.update([&](Position& p) {
+    change([&](Position& p) {
         p.holds = (holdX ? kHoldX : 0) | (holdY ? kHoldY : 0) | (holdZ ? kHoldZ : 0);
     });
 }
 
 void ZelAmbisonicEncoder::SetDistCoef(float dsrc, float dcomp) {
-    position.update([&](Position& p) { SetDistCoef(p, dsrc, dcomp); });
+    change([&](Position& p) { SetDistCoef(p, dsrc, dcomp); });
 }
 
 // ------------------------------------------------------------ getters
@@ -271,7 +278,6 @@ void ZelAmbisonicEncoder::UpdatePolarCoords(Position& p) const {
     if (!(p.holds & kHoldX)) p.x = static_cast<float>(p.cosAzim * p.cosElev * p.dist);
     if (!(p.holds & kHoldY)) p.y = static_cast<float>(p.sinAzim * p.cosElev * p.dist);
     if (!(p.holds & kHoldZ)) p.z = static_cast<float>(p.sinElev * p.dist);
-    UpdateHOrders(p);
 }
 
 void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
@@ -299,8 +305,6 @@ void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
     if (p.dist > kFarLimit) {
         p.dist = kFarLimit;
         UpdatePolarCoords(p);
-    } else {
-        UpdateHOrders(p);
     }
     p.distNF = filterDistance(p.dist);
     SetDistCoef(p, p.distNF, p.NFC);
@@ -308,7 +312,13 @@ void ZelAmbisonicEncoder::UpdateRectCoords(Position& p) const {
 
 // ------------------------------------------------------------ gains
 
-void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
+float ZelAmbisonicEncoder::getgain(int c) const {
+    float g[16] = {};
+    UpdateHOrders(position.load(), g);
+    return g[c];
+}
+
+void ZelAmbisonicEncoder::UpdateHOrders(const Position& p, float (&g)[16]) const {
     float X, Y, Z, rho;
     if (p.NFC == kFarLimit) {
         // Compensation off: the harmonics are homogeneous polynomials, so using
@@ -324,7 +334,6 @@ void ZelAmbisonicEncoder::UpdateHOrders(Position& p) const {
         rho = 1.0f;
     }
 
-    float* g = p.gains;
     g[0] = 1.0f;
     g[1] = Y;
     g[2] = Z;

@@ -35,17 +35,19 @@ enum AmbiOrder : int {
 // the directional gains shrink towards the centre instead (interior panning).
 //
 // Setters may run on any thread, also on several at once and beside process:
-// each computes a whole new position (both forms, gains and the near-field
-// design) from the newest one and publishes it at once; process takes the
-// newest position at the start of each block, and getters read a published
-// one, so nobody ever sees half of a change.
+// each computes a whole new position (both forms and the near-field design)
+// from the newest one and publishes it at once; process takes the newest
+// position at the start of each block, and getters read a published one, so
+// nobody ever sees half of a change. The gains follow from a position alone:
+// process works them out once per block in which it changed (automation may
+// change several parameters per block).
 struct ZelEncoderPosition {
     float azim, elev, dist, distNF, NFC, fs;
     float x, y, z;
     float ws, wc;          // near-field corners of the source and compensation distances
     std::uint32_t designs; // near-field designs made so far
     std::uint32_t holds;   // bits 0, 1, 2: x, y, z held
-    float gains[16];
+    std::uint32_t changes; // changes published so far
     // The direction's sines and cosines, kept with it so that a change of
     // distance or compensation needs no new ones (the cosine of the elevation
     // in single precision, as both forms and the gains use it).
@@ -70,8 +72,8 @@ public:
     void setfs(float f);
     // Publishes a position read with getposition(): its polar and Cartesian
     // forms exactly as they were (neither is recomputed from the other) and
-    // the compensation distance, with the gains and the near-field design
-    // that follow from them at this encoder's sample rate. So a saved
+    // the compensation distance, with the near-field design that follows
+    // from them at this encoder's sample rate. So a saved
     // position comes back bit for bit, whatever path led to it.
     void setposition(const ZelEncoderPosition& saved);
 
@@ -121,7 +123,7 @@ public:
 
     // Read-only views of the internal state, for inspection and tests.
     AmbiOrder getorder() const { return order; }
-    float getgain(int c) const { return position.load().gains[c]; }
+    float getgain(int c) const;
     float getfs() const { return position.load().fs; }
     float getdistNF() const { return position.load().distNF; }
     const DeZipper& getdezip(int c) const { return dezip[c]; }
@@ -143,7 +145,12 @@ private:
     using Position = ZelEncoderPosition;
     void UpdatePolarCoords(Position& p) const;
     void UpdateRectCoords(Position& p) const;
-    void UpdateHOrders(Position& p) const;
+    // The gains of a position; entries the layout does not compute are left as they are.
+    void UpdateHOrders(const Position& p, float (&g)[16]) const;
+    // Publishes a change of the newest position.
+    template <typename Change> void change(Change&& apply);
+    // Brings the audio side's gains to the position.
+    void takeGains(const Position& p);
     // Work out the sines and cosines after a change of azim or elev.
     static void aimAzim(Position& p);
     static void aimElev(Position& p);
@@ -166,6 +173,8 @@ private:
     SnapshotExchange<Position> position;
     // Audio state, touched only by process and resume.
     std::uint32_t appliedDesigns;
+    float gains[16] = {};
+    std::uint32_t gainsChanges = 0;
     NF_filt1 nf1[3];
     NF_filt2 nf2[5];
     NF_filt3 nf3[7];

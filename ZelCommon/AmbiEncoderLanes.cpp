@@ -97,7 +97,7 @@ bool ZelAmbisonicEncoder::processLanes(const float* in, float** outputs, int n, 
     b.n = n;
     b.mode = mode;
     for (int c = 0; c < 16; ++c) {
-        b.gainTarget[c] = p.gains[c];
+        b.gainTarget[c] = gains[c];
         b.gainState[c] = dezip[c].current();
     }
     if (mode != kLanesOff) {
