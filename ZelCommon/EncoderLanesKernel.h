@@ -31,7 +31,7 @@ ZEL_LANES_FN V bcast(const float* p) {
 }
 
 // DeZipper::smooth in every lane (without its tiny constant where that
-// cannot change the state, see farFromZero).
+// cannot change the outputs, see GainMotion).
 template <bool kTinyStep = true> ZEL_LANES_FN V smooth(V target, V& state) {
     const V y = add(mul(_mm256_set1_ps(DeZipper::kOneMinusCoef), target),
                     mul(state, _mm256_set1_ps(DeZipper::kCoef)));
@@ -56,31 +56,32 @@ ZEL_LANES_FN bool settled(V target, V state, int used, V& value) {
     return (_mm256_movemask_ps(_mm256_castsi256_ps(same)) & used) == used;
 }
 
-// How the gain smoothers move in a block. Far from zero the smoother's tiny
-// constant cannot change a state (it lies far below half a unit in the last
-// place), so the step may leave it out, which shortens the recursion that
-// bounds the loop by a third and changes no bit.
-enum GainMotion { kGainsRest, kGainsGlide, kGainsGlideFarFromZero };
+// How the gain smoothers move in a block. A gliding step is a product, a sum
+// and the addition of a tiny constant (1e-30) that keeps decaying states out
+// of subnormal numbers. With every target at least 2^-40 in magnitude, the
+// first product is at least 2^-49, so the sum is either exactly 0 (the two
+// products cancel) or at least 2^-73 in magnitude (exact cancellation leaves
+// a multiple of the products' last place, and anything else more), where the
+// constant lies below half a unit in the last place and changes no bit. After
+// a 0 the constant does become the state, but the next step's sum is again
+// the first product's, which the constant cannot move. So the steps may leave
+// it out, a recursion a third shorter, as long as the last state takes it:
+// every output and the final state keep the scalar loop's bits.
+enum GainMotion { kGainsRest, kGainsGlide, kGainsGlideAwayFromZero };
 
-// True if, for n steps, no smoother's output can come near zero: each state
-// and target finite, of one sign and at least 2^-40 in magnitude. Each step
-// is a weighted mean of state and target with weights summing to 1 within
-// 2^-22, so in 2^16 steps no output falls below 2^-41, where half a unit in
-// the last place (2^-65) is still above the tiny constant (1e-30).
-ZEL_LANES_FN bool farFromZero(const float* target, const float* state, int n) {
-    if (n > 65536) return false;
+// True if every target is finite and at least 2^-40 in magnitude and every
+// state finite.
+ZEL_LANES_FN bool awayFromZero(const float* target, const float* state) {
     const V magnitude = _mm256_castsi256_ps(_mm256_set1_epi32(0x7fffffff));
     const V least = _mm256_set1_ps(0x1p-40f), most = _mm256_set1_ps(3.40282347e38f);
     int ok = 0xFF;
     for (int h = 0; h < 16; h += 8) {
-        const V t = _mm256_load_ps(target + h), s = _mm256_load_ps(state + h);
-        const V at = _mm256_and_ps(t, magnitude), as = _mm256_and_ps(s, magnitude);
+        const V t = _mm256_and_ps(_mm256_load_ps(target + h), magnitude);
+        const V s = _mm256_and_ps(_mm256_load_ps(state + h), magnitude);
         // Ordered compares: a NaN fails them.
-        ok &= _mm256_movemask_ps(_mm256_cmp_ps(at, least, _CMP_GE_OQ)) &
-              _mm256_movemask_ps(_mm256_cmp_ps(as, least, _CMP_GE_OQ)) &
-              _mm256_movemask_ps(_mm256_cmp_ps(at, most, _CMP_LE_OQ)) &
-              _mm256_movemask_ps(_mm256_cmp_ps(as, most, _CMP_LE_OQ)) &
-              ~_mm256_movemask_ps(_mm256_xor_ps(t, s));
+        ok &= _mm256_movemask_ps(_mm256_cmp_ps(t, least, _CMP_GE_OQ)) &
+              _mm256_movemask_ps(_mm256_cmp_ps(t, most, _CMP_LE_OQ)) &
+              _mm256_movemask_ps(_mm256_cmp_ps(s, most, _CMP_LE_OQ));
     }
     return ok == 0xFF;
 }
@@ -173,6 +174,9 @@ struct GainStage {
     ZEL_LANES_METHOD static void store(ZelLaneBlock& b, State s) {
         _mm512_store_ps(b.gainState, s);
     }
+    ZEL_LANES_METHOD static State withTinyStep(State s) {
+        return _mm512_add_ps(s, _mm512_set1_ps(DeZipper::kAntiDenormal));
+    }
     // The smoothers' state is the caller's local, so that it stays in a register.
     template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
         const __m512 v = _mm512_mul_ps(
@@ -207,6 +211,10 @@ struct GainStage {
     ZEL_LANES_METHOD static void store(ZelLaneBlock& b, State s) {
         _mm256_store_ps(b.gainState, s.lo);
         _mm256_store_ps(b.gainState + 8, s.hi);
+    }
+    ZEL_LANES_METHOD static State withTinyStep(State s) {
+        const V tiny = _mm256_set1_ps(DeZipper::kAntiDenormal);
+        return {add(s.lo, tiny), add(s.hi, tiny)};
     }
     // The smoothers' state is the caller's local, so that it stays in registers.
     template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
@@ -307,6 +315,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
         }
     }
 
+    if (kGains == kGainsGlideAwayFromZero) gainState = GainStage::withTinyStep(gainState);
     GainStage::store(b, gainState);
     _mm256_store_ps(b.coefState, coefStateLo);
     _mm256_store_ps(b.coefState + 8, coefStateHi);
@@ -335,8 +344,8 @@ __attribute__((target(ZEL_LANES_TARGET))) void runMode(ZelLaneBlock& b, const Ga
                                                        const float* coef) {
     if (motion == kGainsRest) runGains<kMode, kGainsRest>(b, gains, coefsRest, coef);
     if (motion == kGainsGlide) runGains<kMode, kGainsGlide>(b, gains, coefsRest, coef);
-    if (motion == kGainsGlideFarFromZero)
-        runGains<kMode, kGainsGlideFarFromZero>(b, gains, coefsRest, coef);
+    if (motion == kGainsGlideAwayFromZero)
+        runGains<kMode, kGainsGlideAwayFromZero>(b, gains, coefsRest, coef);
 }
 
 } // namespace
@@ -349,14 +358,14 @@ __attribute__((target(ZEL_LANES_TARGET))) void ZEL_LANES_ENTRY(ZelLaneBlock& b) 
     const bool gainsRest = gains.settled(gain);
     b.gainsRested = gainsRest;
     b.coefsRested = true;
-    const GainMotion motion = gainsRest                                     ? kGainsRest
-                              : farFromZero(b.gainTarget, b.gainState, b.n) ? kGainsGlideFarFromZero
-                                                                            : kGainsGlide;
+    const GainMotion motion = gainsRest                                 ? kGainsRest
+                              : awayFromZero(b.gainTarget, b.gainState) ? kGainsGlideAwayFromZero
+                                                                        : kGainsGlide;
     if (b.mode == kLanesOff) {
         if (motion == kGainsRest)
             restingGainsOnly(b, gain);
-        else if (motion == kGainsGlideFarFromZero)
-            run<kLanesOff, kGainsGlideFarFromZero, true>(b, gains, coef);
+        else if (motion == kGainsGlideAwayFromZero)
+            run<kLanesOff, kGainsGlideAwayFromZero, true>(b, gains, coef);
         else
             run<kLanesOff, kGainsGlide, true>(b, gains, coef);
         return;
