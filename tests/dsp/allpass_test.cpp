@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -23,24 +22,16 @@ TEST(AllPass, UnitMagnitudeAndQuarterTurnAtTheCutOff) {
     // Below about fs/200 the single-precision cosine of the design starts to cost
     // accuracy (some 0.25 degrees at 20 Hz and 48 kHz), so the grid stays above.
     const float cutOffs[] = {250.0f, 700.0f, 3000.0f, 9000.0f};
-    double worstMagnitude = 0.0, worstPhase = 0.0;
     for (float fs : rates)
         for (float fc : cutOffs) {
             AllPass filter(1 << 16);
             filter.SetCutOff(fc, fs);
             const std::vector<float> h = allPassImpulseResponse(filter, 1 << 16);
             SCOPED_TRACE(testing::Message() << "fc " << fc << " fs " << fs);
-            for (double hz : {0.0, 0.1 * fc, double(fc), 3.0 * fc, 0.45 * fs, 0.5 * fs}) {
-                const double magnitude = std::abs(measure::dtft(h, hz, fs));
-                EXPECT_NEAR(magnitude, 1.0, 1e-6) << hz << " Hz";
-                worstMagnitude = std::max(worstMagnitude, std::fabs(magnitude - 1.0));
-            }
-            const double phase = measure::phaseDegrees(measure::dtft(h, fc, fs));
-            EXPECT_NEAR(phase, -90.0, 0.01);
-            worstPhase = std::max(worstPhase, std::fabs(phase + 90.0));
+            for (double hz : {0.0, 0.1 * fc, double(fc), 3.0 * fc, 0.45 * fs, 0.5 * fs})
+                EXPECT_NEAR(std::abs(measure::dtft(h, hz, fs)), 1.0, 1e-6) << hz << " Hz";
+            EXPECT_NEAR(measure::phaseDegrees(measure::dtft(h, fc, fs)), -90.0, 0.01);
         }
-    std::printf("all-pass: worst |magnitude - 1| %.3g, worst phase error at fc %.3g deg\n",
-                worstMagnitude, worstPhase);
 }
 
 TEST(AllPass, InstancesInterleavedOnOneThreadDoNotDisturbEachOther) {

@@ -42,8 +42,7 @@ cd analogue(int m, double w1, double w2, double g, double omega) {
 }
 
 template <typename F> std::vector<float> impulseResponse(F&& f, int length, bool poles = false) {
-    std::vector<float> h(length, 0.0f);
-    h[0] = 1.0f;
+    std::vector<float> h = measure::impulse(length);
     if (poles)
         f.process1(length, h.data(), h.data(), 1);
     else
