@@ -123,14 +123,6 @@ WindowImage PluginEditorSession::snapshot() {
     return failure;
 }
 
-int differingPixels(const WindowImage& a, const WindowImage& b, const geometry::Rect& area) {
-    int count = 0;
-    for (int y = area.top; y < std::min({area.bottom, a.height, b.height}); y++)
-        for (int x = area.left; x < std::min({area.right, a.width, b.width}); x++)
-            if (a.at(x, y) != b.at(x, y)) count++;
-    return count;
-}
-
 } // namespace editortest
 
 #if defined(__SANITIZE_ADDRESS__)

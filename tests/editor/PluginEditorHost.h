@@ -51,7 +51,4 @@ private:
     bool editorOpen = false;
 };
 
-// How many pixels of a rectangle differ between two images of one window.
-int differingPixels(const WindowImage& a, const WindowImage& b, const geometry::Rect& area);
-
 } // namespace editortest

@@ -88,7 +88,7 @@ TEST_F(PluginEditorX, DraggingTheHandleWritesYThenXInsideOneEditOfX) {
     EXPECT_GE(host.edits().size(), 2 + 2 * std::size(targets));
     EXPECT_TRUE(other.host().edits().empty());
     other.idle();
-    EXPECT_EQ(differingPixels(otherBefore, other.snapshot(), kPad), 0);
+    EXPECT_TRUE(other.snapshot().pixels == otherBefore.pixels) << "the other window changed";
 
     // Host automation of the other instance moves only its own handle.
     other.plugin().setParameter(kDist, 0.5f);  // 2 m

@@ -85,10 +85,6 @@ XClient::~XClient() {
     xcb_disconnect(connection);
 }
 
-bool XClient::ok() const {
-    return screen && !xcb_connection_has_error(connection);
-}
-
 xcb_window_t XClient::createParent(int x, int y, int width, int height) {
     const xcb_window_t window = xcb_generate_id(connection);
     const std::uint32_t values[] = {screen->white_pixel};
@@ -152,25 +148,12 @@ WindowImage XClient::image(xcb_window_t window, int width, int height, int x, in
     return result;
 }
 
-xcb_window_t XClient::root() const {
-    return screen ? screen->root : 0;
-}
-
 void XClient::fakeInput(std::uint8_t type, std::uint8_t detail, int x, int y) {
     xcb_test_fake_input(connection, type, detail, XCB_CURRENT_TIME, screen->root,
                         static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
     sync();
 }
 
-void XClient::movePointer(int x, int y) {
-    fakeInput(XCB_MOTION_NOTIFY, 0, x, y);
-}
-void XClient::pressButton(std::uint8_t button) {
-    fakeInput(XCB_BUTTON_PRESS, button);
-}
-void XClient::releaseButton(std::uint8_t button) {
-    fakeInput(XCB_BUTTON_RELEASE, button);
-}
 void XClient::sync() {
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }

@@ -34,7 +34,7 @@ public:
     XClient(const XClient&) = delete;
     XClient& operator=(const XClient&) = delete;
 
-    bool ok() const;
+    bool ok() const { return screen && !xcb_connection_has_error(connection); }
     // A mapped top-level window, as a host's editor window.
     xcb_window_t createParent(int x, int y, int width, int height);
     void destroy(xcb_window_t window);
@@ -44,12 +44,12 @@ public:
     bool isViewable(xcb_window_t window);
     // Width x height pixels of a window from (x, y); empty if unreadable.
     WindowImage image(xcb_window_t window, int width, int height, int x = 0, int y = 0);
-    xcb_window_t root() const;
+    xcb_window_t root() const { return screen ? screen->root : 0; }
 
     // Pointer and keyboard input, as if from the user; root coordinates.
-    void movePointer(int x, int y);
-    void pressButton(std::uint8_t button);
-    void releaseButton(std::uint8_t button);
+    void movePointer(int x, int y) { fakeInput(XCB_MOTION_NOTIFY, 0, x, y); }
+    void pressButton(std::uint8_t button) { fakeInput(XCB_BUTTON_PRESS, button); }
+    void releaseButton(std::uint8_t button) { fakeInput(XCB_BUTTON_RELEASE, button); }
     // Returns after the server has handled everything sent so far.
     void sync();
 

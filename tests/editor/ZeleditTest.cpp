@@ -83,22 +83,18 @@ struct ZeleditX : XFixture {
 // zeledit exits after its seconds, having printed the editor's size and no
 // edit; what it cannot run it refuses with a message and its exit code.
 TEST_F(ZeleditX, ExitsAfterItsSecondsAndRefusesWhatItCannotRun) {
+    const std::vector<std::string> oneSecond = {"--plugin", ZEL_PLUGIN_PATH, "--seconds", "1"};
+    const std::string missing = "/nonexistent/ZelAmbiEnc.so";
     const struct {
         std::vector<std::string> arguments;
         const char* display;
         int status;
         std::string message;
     } cases[] = {
-        {{"--plugin", ZEL_PLUGIN_PATH, "--seconds", "1"}, display(), 0, "editor 300 x 260"},
-        {{"--plugin", ZEL_PLUGIN_PATH, "--seconds", "1"},
-         nullptr,
-         1,
-         "zeledit: no X display: DISPLAY is not set\n"},
+        {oneSecond, display(), 0, "editor 300 x 260"},
+        {oneSecond, nullptr, 1, "zeledit: no X display: DISPLAY is not set\n"},
         {{"--plugin", ZEL_PLUGIN_PATH}, ":4321", 1, "zeledit: cannot open X display ':4321'\n"},
-        {{"--plugin", "/nonexistent/ZelAmbiEnc.so"},
-         display(),
-         1,
-         "cannot load plug-in '/nonexistent/ZelAmbiEnc.so'"},
+        {{"--plugin", missing}, display(), 1, "cannot load plug-in '" + missing + "'"},
         {{"--seconds", "0"}, display(), 2, "--seconds needs a positive number"},
     };
     for (const auto& c : cases) {
