@@ -5,9 +5,11 @@
 
 #include "BlockProcessor.h"
 #include "VstPlugin.h"
+#include "measure.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -107,9 +109,8 @@ TEST(HostileHost, AudioAutomationAndControlThreadsAtOnce) {
     constexpr int kMaxBlock = 4096;
     Switched host(kMaxBlock);
     VstPlugin& plugin = host.plugin();
-    std::mt19937 noise(3);
-    std::uniform_real_distribution<float> sample(-1.0f, 1.0f);
-    for (int i = 0; i < kMaxBlock; ++i) host.buffers.input(0)[i] = sample(noise);
+    const std::vector<float> noise = measure::noise(kMaxBlock, 3);
+    std::copy(noise.begin(), noise.end(), host.buffers.input(0));
 
     std::mutex engine;
     std::atomic<bool> stop{false}, finite{true};
