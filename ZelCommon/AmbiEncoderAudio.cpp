@@ -12,6 +12,9 @@ namespace {
 
 // Far beyond any real gain (at most a few units), still far from overflow.
 constexpr float kSaneGain = 1e6f;
+bool sane(float gain) {
+    return std::fabs(gain) <= kSaneGain;
+}
 // True if any of the first n samples of the channels has a magnitude whose
 // bits lie above limit. Bits, not float compares, compared as signed words
 // (a magnitude's bits are below 2^31) eight at a time into eight separate
@@ -63,6 +66,11 @@ void ZelAmbisonicEncoder::takeGains(const Position& p) {
     if (p.changes == gainsChanges) return;
     gainsChanges = p.changes;
     UpdateHOrders(p, gains);
+    // Checked here, once per change, rather than in every block's recovery.
+    // (Entries beyond a layout's channels stay 0.)
+    int all = 1;
+    for (float g : gains) all &= static_cast<int>(sane(g));
+    gainsSane = all != 0;
 }
 
 // ------------------------------------------------------------ audio
@@ -159,13 +167,11 @@ void ZelAmbisonicEncoder::recover(float** outputs, int n, const Position& p, boo
     // an infinity; the others are left alone, which costs a few checks.
     // A gain far beyond any direction's (a parameter far out of its range
     // makes one) counts as wrong too: with a large input it overflows.
-    auto sane = [](float gain) { return std::fabs(gain) <= kSaneGain; };
     bool scrub = oddInput;
-    // One pass without branches first: nearly always all is well. (Entries
+    // One pass without branches first: nearly always all is well. (States
     // beyond a layout's channels stay 0.)
-    int allSane = 1;
-    for (int c = 0; c < 16; ++c)
-        allSane &= static_cast<int>(sane(gains[c])) & static_cast<int>(sane(dezip[c].current()));
+    int allSane = static_cast<int>(gainsSane);
+    for (int c = 0; c < 16; ++c) allSane &= static_cast<int>(sane(dezip[c].current()));
     for (int c = 0; !allSane && c < ncoefs; ++c) {
         scrub = scrub || !sane(gains[c]);
         if (!sane(dezip[c].current())) {

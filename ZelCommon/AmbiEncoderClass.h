@@ -175,6 +175,7 @@ private:
     std::uint32_t appliedDesigns;
     float gains[16] = {};
     std::uint32_t gainsChanges = 0;
+    bool gainsSane = true; // every gain far from overflow (see recover)
     NF_filt1 nf1[3];
     NF_filt2 nf2[5];
     NF_filt3 nf3[7];
