@@ -4,9 +4,10 @@
 #define ZEL_LANES_TARGET "avx512f,avx512vl"
 #define ZEL_LANES_WIDE
 // GCC 12's AVX-512 intrinsics start some results from an undefined vector,
-// which -Wmaybe-uninitialized takes for the use of one.
+// which -W(maybe-)uninitialized takes for the use of one.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
 #endif
 #define ZEL_LANES_ENTRY zelLanesAvx512
 #include "EncoderLanesKernel.h"

@@ -115,30 +115,30 @@ ZEL_LANES_FN V section2Poles(V u, V d1, V d2, V& s1, V& s2) {
     return x;
 }
 
-// Rows 0..7 (8 samples of 8 channels from `first` on) to the channels' outputs.
-ZEL_LANES_FN void transposeStore(const float (*rows)[16], int first, float* const* out, int i) {
-    const V r0 = _mm256_load_ps(rows[0] + first), r1 = _mm256_load_ps(rows[1] + first);
-    const V r2 = _mm256_load_ps(rows[2] + first), r3 = _mm256_load_ps(rows[3] + first);
-    const V r4 = _mm256_load_ps(rows[4] + first), r5 = _mm256_load_ps(rows[5] + first);
-    const V r6 = _mm256_load_ps(rows[6] + first), r7 = _mm256_load_ps(rows[7] + first);
+// A row's 128-bit half beside the same half of the row four samples on.
+ZEL_LANES_FN V pairHalves(const float* lo, const float* hi) {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(lo)), _mm_load_ps(hi), 1);
+}
+
+// Channels 4q..4q+3 of rows 0..7 (8 samples) to the channels' outputs from
+// sample i on: after the pairing, a 4x4 transpose within each half.
+ZEL_LANES_FN void transposeQuad(const float (*rows)[16], int q, float* const* out, int i) {
+    const int f = 4 * q;
+    const V r0 = pairHalves(rows[0] + f, rows[4] + f), r1 = pairHalves(rows[1] + f, rows[5] + f);
+    const V r2 = pairHalves(rows[2] + f, rows[6] + f), r3 = pairHalves(rows[3] + f, rows[7] + f);
     const V t0 = _mm256_unpacklo_ps(r0, r1), t1 = _mm256_unpackhi_ps(r0, r1);
     const V t2 = _mm256_unpacklo_ps(r2, r3), t3 = _mm256_unpackhi_ps(r2, r3);
-    const V t4 = _mm256_unpacklo_ps(r4, r5), t5 = _mm256_unpackhi_ps(r4, r5);
-    const V t6 = _mm256_unpacklo_ps(r6, r7), t7 = _mm256_unpackhi_ps(r6, r7);
-    // Columns 0..3 of rows 0..3 (low halves) and 4..7 (high halves), then of rows 4..7.
-    const V c0 = _mm256_shuffle_ps(t0, t2, 0x44), c1 = _mm256_shuffle_ps(t0, t2, 0xEE);
-    const V c2 = _mm256_shuffle_ps(t1, t3, 0x44), c3 = _mm256_shuffle_ps(t1, t3, 0xEE);
-    const V d0 = _mm256_shuffle_ps(t4, t6, 0x44), d1 = _mm256_shuffle_ps(t4, t6, 0xEE);
-    const V d2 = _mm256_shuffle_ps(t5, t7, 0x44), d3 = _mm256_shuffle_ps(t5, t7, 0xEE);
-    float* const* o = out + first;
-    _mm256_storeu_ps(o[0] + i, _mm256_permute2f128_ps(c0, d0, 0x20));
-    _mm256_storeu_ps(o[1] + i, _mm256_permute2f128_ps(c1, d1, 0x20));
-    _mm256_storeu_ps(o[2] + i, _mm256_permute2f128_ps(c2, d2, 0x20));
-    _mm256_storeu_ps(o[3] + i, _mm256_permute2f128_ps(c3, d3, 0x20));
-    _mm256_storeu_ps(o[4] + i, _mm256_permute2f128_ps(c0, d0, 0x31));
-    _mm256_storeu_ps(o[5] + i, _mm256_permute2f128_ps(c1, d1, 0x31));
-    _mm256_storeu_ps(o[6] + i, _mm256_permute2f128_ps(c2, d2, 0x31));
-    _mm256_storeu_ps(o[7] + i, _mm256_permute2f128_ps(c3, d3, 0x31));
+    _mm256_storeu_ps(out[f] + i, _mm256_shuffle_ps(t0, t2, 0x44));
+    _mm256_storeu_ps(out[f + 1] + i, _mm256_shuffle_ps(t0, t2, 0xEE));
+    _mm256_storeu_ps(out[f + 2] + i, _mm256_shuffle_ps(t1, t3, 0x44));
+    _mm256_storeu_ps(out[f + 3] + i, _mm256_shuffle_ps(t1, t3, 0xEE));
+}
+
+// The caller fills the block's gains and states in 16-byte pieces just
+// before the kernel runs. Loaded in the same pieces, each comes straight from
+// its store; a wider load would wait until the stores reach the cache.
+ZEL_LANES_FN V loadPieces(const float* p) {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(p)), _mm_load_ps(p + 4), 1);
 }
 
 // The gain smoothers in channel order, and each sample's gain stage: the
@@ -159,9 +159,13 @@ struct GainStage {
         s = kTinyStep ? _mm512_add_ps(y, _mm512_set1_ps(DeZipper::kAntiDenormal)) : y;
         return y;
     }
+    static ZEL_LANES_METHOD __m512 loadPieces16(const float* p) {
+        const __m512d lo = _mm512_castpd256_pd512(_mm256_castps_pd(loadPieces(p)));
+        return _mm512_castpd_ps(_mm512_insertf64x4(lo, _mm256_castps_pd(loadPieces(p + 8)), 1));
+    }
     ZEL_LANES_METHOD void load(const ZelLaneBlock& b) {
-        target = _mm512_load_ps(b.gainTarget);
-        state = _mm512_load_ps(b.gainState);
+        target = loadPieces16(b.gainTarget);
+        state = loadPieces16(b.gainState);
     }
     ZEL_LANES_METHOD State start() const { return state; }
     ZEL_LANES_METHOD bool settled(float* value) {
@@ -178,11 +182,20 @@ struct GainStage {
         return _mm512_add_ps(s, _mm512_set1_ps(DeZipper::kAntiDenormal));
     }
     // The smoothers' state is the caller's local, so that it stays in a register.
-    template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+    template <GainMotion kMotion> ZEL_LANES_METHOD __m512 products(const float* u, State& s) const {
         const __m512 v = _mm512_mul_ps(
             _mm512_set1_ps(*u),
             kMotion == kGainsRest ? atRest : smooth16<kMotion == kGainsGlide>(target, s));
         __asm__("" : "+v"(s)); // GCC would keep the state in memory, on the recursion's path
+        return v;
+    }
+    // The sample's row of outputs where no filter follows.
+    template <GainMotion kMotion>
+    ZEL_LANES_METHOD void storeProducts(const float* u, State& s, float* row) const {
+        _mm512_store_ps(row, products<kMotion>(u, s));
+    }
+    template <GainMotion kMotion> ZEL_LANES_METHOD Groups step(const float* u, State& s) const {
+        const __m512 v = products<kMotion>(u, s);
         const V a = _mm512_castps512_ps256(v);
         const V c = _mm512_castps512_ps256(_mm512_shuffle_f32x4(v, v, 0xEE));
         return {a, _mm256_blend_ps(a, c, 0x01), c};
@@ -195,10 +208,10 @@ struct GainStage {
     };
     V targetLo, targetHi, stateLo, stateHi, restLo, restHi;
     ZEL_LANES_METHOD void load(const ZelLaneBlock& b) {
-        targetLo = _mm256_load_ps(b.gainTarget);
-        targetHi = _mm256_load_ps(b.gainTarget + 8);
-        stateLo = _mm256_load_ps(b.gainState);
-        stateHi = _mm256_load_ps(b.gainState + 8);
+        targetLo = loadPieces(b.gainTarget);
+        targetHi = loadPieces(b.gainTarget + 8);
+        stateLo = loadPieces(b.gainState);
+        stateHi = loadPieces(b.gainState + 8);
     }
     ZEL_LANES_METHOD State start() const { return {stateLo, stateHi}; }
     ZEL_LANES_METHOD bool settled(float* value) {
@@ -223,6 +236,12 @@ struct GainStage {
         const V a = mul(uj, kMotion == kGainsRest ? restLo : smooth<kTinyStep>(targetLo, s.lo));
         const V c = mul(uj, kMotion == kGainsRest ? restHi : smooth<kTinyStep>(targetHi, s.hi));
         return {a, _mm256_blend_ps(a, c, 0x01), c};
+    }
+    template <GainMotion kMotion>
+    ZEL_LANES_METHOD void storeProducts(const float* u, State& s, float* row) const {
+        const Groups v = step<kMotion>(u, s);
+        _mm256_store_ps(row, v.a);
+        _mm256_store_ps(row + 8, v.c);
     }
 };
 #endif
@@ -249,8 +268,11 @@ __attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlo
 }
 
 template <int kMode, GainMotion kGains, bool kRestingCoefs>
-__attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainStage& gains,
+__attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainStage& stage,
                                                    const float* restingCoef) {
+    // A local copy, which the output stores cannot touch: its targets stay in
+    // registers and their products with the smoothing coefficient leave the loop.
+    const GainStage gains = stage;
     GainStage::State gainState = gains.start();
     const V coefTargetLo = _mm256_load_ps(b.coefTarget);
     const V coefTargetHi = _mm256_load_ps(b.coefTarget + 8);
@@ -267,11 +289,19 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
     const int n = b.n;
     const float* in = b.in;
     float* const* outs = b.out;
-    alignas(32) float rows[8][16];
+    // Rows of two groups of 8 samples: one being computed, and the one
+    // before it, whose outputs are written in between this group's steps.
+    // Written after their own group, they would wait for its last step while
+    // they fill the scheduler ahead of the next group's recursions; spread
+    // over the next group, they fill the recursions' latency instead.
+    alignas(64) float rows[2][8][16];
     alignas(32) float coefRows[8][16];
     alignas(32) float u[8];
-    for (int i = 0; i < n; i += 8) {
+    for (int i = 0, g = 0; i < n; i += 8, g ^= 1) {
         const int m = n - i < 8 ? n - i : 8;
+        float(*cur)[16] = rows[g];
+        const float(*prev)[16] = rows[g ^ 1];
+        const bool pending = i > 0;                   // every group but the last is whole
         for (int j = 0; j < m; ++j) u[j] = in[i + j]; // before any output of these samples
         for (int j = 0; j < m; ++j) {
             const float* cf = restingCoef;
@@ -279,6 +309,11 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
                 _mm256_store_ps(coefRows[j], smoothSome(coefTargetLo, coefStateLo, advanceLo));
                 _mm256_store_ps(coefRows[j] + 8, smoothSome(coefTargetHi, coefStateHi, advanceHi));
                 cf = coefRows[j];
+            }
+            if (kMode == kLanesOff) {
+                gains.template storeProducts<kGains>(u + j, gainState, cur[j]);
+                if (pending && (j & 1)) transposeQuad(prev, j >> 1, outs, i - 8);
+                continue;
             }
             Groups v = gains.template step<kGains>(u + j, gainState);
             if (kMode == kLanesNear) {
@@ -298,22 +333,18 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
                                            s31, s32);
                 v.c = section1Poles(y3, bcast(cf + 14), s33);
             }
-            if (kMode == kLanesOff) {
-                _mm256_store_ps(rows[j], v.a);
-                _mm256_store_ps(rows[j] + 8, v.c);
-            } else {
-                _mm256_store_ps(rows[j], _mm256_blend_ps(v.a, v.b, 0xF0));
-                _mm256_store_ps(rows[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
-            }
+            _mm256_store_ps(cur[j], _mm256_blend_ps(v.a, v.b, 0xF0));
+            _mm256_store_ps(cur[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
+            if (pending && (j & 1)) transposeQuad(prev, j >> 1, outs, i - 8);
         }
-        if (m == 8) {
-            transposeStore(rows, 0, outs, i);
-            transposeStore(rows, 8, outs, i);
-        } else {
+        if (m < 8) {
+            for (int q = m / 2; pending && q < 4; ++q) transposeQuad(prev, q, outs, i - 8);
             for (int c = 0; c < 16; ++c)
-                for (int j = 0; j < m; ++j) outs[c][i + j] = rows[j][c];
+                for (int j = 0; j < m; ++j) outs[c][i + j] = cur[j][c];
         }
     }
+    if (n > 0 && n % 8 == 0)
+        for (int q = 0; q < 4; ++q) transposeQuad(rows[(n / 8 - 1) & 1], q, outs, n - 8);
 
     if (kGains == kGainsGlideAwayFromZero) gainState = GainStage::withTinyStep(gainState);
     GainStage::store(b, gainState);
