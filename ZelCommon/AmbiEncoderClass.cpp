@@ -262,16 +262,17 @@ float ZelAmbisonicEncoder::getelevdisplay() const {
 
 // ------------------------------------------------------------ position model
 
+// sincos is what the compiler makes of a cosine and a sine of one angle
+// anyway; called by hand, it writes each result straight to where it is read
+// next, where the compiler's copy of the pair would wait for both stores.
 void ZelAmbisonicEncoder::aimAzim(Position& p) {
-    const double azim = p.azim;
-    p.cosAzim = std::cos(azim);
-    p.sinAzim = std::sin(azim);
+    sincos(static_cast<double>(p.azim), &p.sinAzim, &p.cosAzim);
 }
 
 void ZelAmbisonicEncoder::aimElev(Position& p) {
-    const double elev = p.elev;
-    p.cosElev = static_cast<float>(std::cos(elev));
-    p.sinElev = std::sin(elev);
+    double cosElev;
+    sincos(static_cast<double>(p.elev), &p.sinElev, &cosElev);
+    p.cosElev = static_cast<float>(cosElev);
 }
 
 void ZelAmbisonicEncoder::UpdatePolarCoords(Position& p) const {
