@@ -69,6 +69,13 @@ ZEL_LANES_FN bool settled(V target, V state, int used, V& value) {
 // every output and the final state keep the scalar loop's bits.
 enum GainMotion { kGainsRest, kGainsGlide, kGainsGlideAwayFromZero };
 
+// The caller fills the block's gains and states in 16-byte pieces just
+// before the kernel runs. Loaded in the same pieces, each comes straight from
+// its store; a wider load would wait until the stores reach the cache.
+ZEL_LANES_FN V loadPieces(const float* p) {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(p)), _mm_load_ps(p + 4), 1);
+}
+
 // True if every target is finite and at least 2^-40 in magnitude and every
 // state finite.
 ZEL_LANES_FN bool awayFromZero(const float* target, const float* state) {
@@ -76,8 +83,8 @@ ZEL_LANES_FN bool awayFromZero(const float* target, const float* state) {
     const V least = _mm256_set1_ps(0x1p-40f), most = _mm256_set1_ps(3.40282347e38f);
     int ok = 0xFF;
     for (int h = 0; h < 16; h += 8) {
-        const V t = _mm256_and_ps(_mm256_load_ps(target + h), magnitude);
-        const V s = _mm256_and_ps(_mm256_load_ps(state + h), magnitude);
+        const V t = _mm256_and_ps(loadPieces(target + h), magnitude);
+        const V s = _mm256_and_ps(loadPieces(state + h), magnitude);
         // Ordered compares: a NaN fails them.
         ok &= _mm256_movemask_ps(_mm256_cmp_ps(t, least, _CMP_GE_OQ)) &
               _mm256_movemask_ps(_mm256_cmp_ps(t, most, _CMP_LE_OQ)) &
@@ -134,11 +141,8 @@ ZEL_LANES_FN void transposeQuad(const float (*rows)[16], int q, float* const* ou
     _mm256_storeu_ps(out[f + 3] + i, _mm256_shuffle_ps(t1, t3, 0xEE));
 }
 
-// The caller fills the block's gains and states in 16-byte pieces just
-// before the kernel runs. Loaded in the same pieces, each comes straight from
-// its store; a wider load would wait until the stores reach the cache.
-ZEL_LANES_FN V loadPieces(const float* p) {
-    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(p)), _mm_load_ps(p + 4), 1);
+ZEL_LANES_FN V loadIf(bool wanted, const float* p) {
+    return wanted ? _mm256_load_ps(p) : _mm256_setzero_ps();
 }
 
 // The gain smoothers in channel order, and each sample's gain stage: the
@@ -274,17 +278,19 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
     // registers and their products with the smoothing coefficient leave the loop.
     const GainStage gains = stage;
     GainStage::State gainState = gains.start();
-    const V coefTargetLo = _mm256_load_ps(b.coefTarget);
-    const V coefTargetHi = _mm256_load_ps(b.coefTarget + 8);
-    V coefStateLo = _mm256_load_ps(b.coefState), coefStateHi = _mm256_load_ps(b.coefState + 8);
+    // With compensation off the filters' states are neither read nor handed back.
+    constexpr bool kFilters = kMode != kLanesOff;
+    const V coefTargetLo = loadIf(kFilters, b.coefTarget);
+    const V coefTargetHi = loadIf(kFilters, b.coefTarget + 8);
+    V coefStateLo = loadIf(kFilters, b.coefState), coefStateHi = loadIf(kFilters, b.coefState + 8);
     // A far source steps only the smoothers of g and the poles (see process1).
     const V all = _mm256_castsi256_ps(_mm256_set1_epi32(-1)), none = _mm256_setzero_ps();
     const V advanceLo = kMode == kLanesNear ? all : _mm256_blend_ps(none, all, 0xCD);
     const V advanceHi = kMode == kLanesNear ? all : _mm256_blend_ps(none, all, 0x71);
-    V s1 = _mm256_load_ps(b.order1);
-    V s21 = _mm256_load_ps(b.order2[0]), s22 = _mm256_load_ps(b.order2[1]);
-    V s31 = _mm256_load_ps(b.order3[0]), s32 = _mm256_load_ps(b.order3[1]);
-    V s33 = _mm256_load_ps(b.order3[2]);
+    V s1 = loadIf(kFilters, b.order1);
+    V s21 = loadIf(kFilters, b.order2[0]), s22 = loadIf(kFilters, b.order2[1]);
+    V s31 = loadIf(kFilters, b.order3[0]), s32 = loadIf(kFilters, b.order3[1]);
+    V s33 = loadIf(kFilters, b.order3[2]);
 
     const int n = b.n;
     const float* in = b.in;
@@ -293,16 +299,16 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
     // before it, whose outputs are written in between this group's steps.
     // Written after their own group, they would wait for its last step while
     // they fill the scheduler ahead of the next group's recursions; spread
-    // over the next group, they fill the recursions' latency instead.
+    // over the next group, they fill the recursions' latency instead. So a
+    // group's outputs are written after all its input is read, and an input
+    // that shares its buffer with an output is read before it is overwritten.
     alignas(64) float rows[2][8][16];
     alignas(32) float coefRows[8][16];
-    alignas(32) float u[8];
     for (int i = 0, g = 0; i < n; i += 8, g ^= 1) {
         const int m = n - i < 8 ? n - i : 8;
         float(*cur)[16] = rows[g];
         const float(*prev)[16] = rows[g ^ 1];
-        const bool pending = i > 0;                   // every group but the last is whole
-        for (int j = 0; j < m; ++j) u[j] = in[i + j]; // before any output of these samples
+        const bool pending = i > 0; // every group but the last is whole
         for (int j = 0; j < m; ++j) {
             const float* cf = restingCoef;
             if (kMode != kLanesOff && !kRestingCoefs) {
@@ -311,11 +317,11 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
                 cf = coefRows[j];
             }
             if (kMode == kLanesOff) {
-                gains.template storeProducts<kGains>(u + j, gainState, cur[j]);
+                gains.template storeProducts<kGains>(in + i + j, gainState, cur[j]);
                 if (pending && (j & 1)) transposeQuad(prev, j >> 1, outs, i - 8);
                 continue;
             }
-            Groups v = gains.template step<kGains>(u + j, gainState);
+            Groups v = gains.template step<kGains>(in + i + j, gainState);
             if (kMode == kLanesNear) {
                 const V y1 = section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
                 v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
@@ -348,6 +354,7 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
 
     if (kGains == kGainsGlideAwayFromZero) gainState = GainStage::withTinyStep(gainState);
     GainStage::store(b, gainState);
+    if (!kFilters) return;
     _mm256_store_ps(b.coefState, coefStateLo);
     _mm256_store_ps(b.coefState + 8, coefStateHi);
     _mm256_store_ps(b.order1, s1);

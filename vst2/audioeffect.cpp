@@ -17,11 +17,12 @@ bool buffersUsable(const AEffect& effect, Sample** inputs, Sample** outputs,
     if (sampleFrames < 0) return false;
     if (effect.numInputs > 0 && inputs == nullptr) return false;
     if (effect.numOutputs > 0 && outputs == nullptr) return false;
-    for (VstInt32 i = 0; i < effect.numInputs; ++i)
-        if (inputs[i] == nullptr) return false;
-    for (VstInt32 i = 0; i < effect.numOutputs; ++i)
-        if (outputs[i] == nullptr) return false;
-    return true;
+    // Every channel looked at, without a branch per channel: hosts pass this
+    // check block after block, and a null channel is the rare case.
+    bool allSet = true;
+    for (VstInt32 i = 0; i < effect.numInputs; ++i) allSet &= inputs[i] != nullptr;
+    for (VstInt32 i = 0; i < effect.numOutputs; ++i) allSet &= outputs[i] != nullptr;
+    return allSet;
 }
 
 // The C entry points that the AEffect record hands to the host.
