@@ -48,7 +48,9 @@ void ZelAmbisonicEncoder::applyDesign(const Position& p) {
     appliedDesigns = p.designs;
     // A design sets coefficients (and clears order 4's integrators), which
     // leaves a finite filter finite: filtersFinite stands.
-    const float ws = p.ws, wc = p.wc;
+    // A source at the outer limit is a plane wave: no near-field zeros.
+    const float ws = p.designSource == kFarLimit ? 0.0f : dist2w(p.designSource, p.fs);
+    const float wc = dist2w(p.designCompensation, p.fs);
     // Every filter of a class takes the first one's coefficients.
     auto design = [ws, wc](auto* filters, int count) {
         if (count == 0) return;

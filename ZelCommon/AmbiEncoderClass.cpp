@@ -370,8 +370,9 @@ float ZelAmbisonicEncoder::dist2w(float d, float rate) const {
 }
 
 void ZelAmbisonicEncoder::SetDistCoef(Position& p, float dsrc, float dcomp) const {
-    // A source at the outer limit is a plane wave: no near-field zeros.
-    p.ws = dsrc == kFarLimit ? 0.0f : dist2w(dsrc, p.fs);
-    p.wc = dist2w(dcomp, p.fs);
+    // The corner frequencies follow where the filters take the design (see
+    // applyDesign): a change of distance with compensation off costs no division.
+    p.designSource = dsrc;
+    p.designCompensation = dcomp;
     ++p.designs;
 }

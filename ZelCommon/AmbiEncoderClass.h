@@ -44,10 +44,10 @@ enum AmbiOrder : int {
 struct ZelEncoderPosition {
     float azim, elev, dist, distNF, NFC, fs;
     float x, y, z;
-    float ws, wc;          // near-field corners of the source and compensation distances
-    std::uint32_t designs; // near-field designs made so far
-    std::uint32_t holds;   // bits 0, 1, 2: x, y, z held
-    std::uint32_t changes; // changes published so far
+    float designSource, designCompensation; // distances the near-field design is for
+    std::uint32_t designs;                  // near-field designs made so far
+    std::uint32_t holds;                    // bits 0, 1, 2: x, y, z held
+    std::uint32_t changes;                  // changes published so far
     // The direction's sines and cosines, kept with it so that a change of
     // distance or compensation needs no new ones (the cosine of the elevation
     // in single precision, as both forms and the gains use it).
