@@ -84,6 +84,11 @@ __attribute__((target(ZEL_LANES_TARGET))) void restingGainsOnly(const ZelLaneBlo
         const V g = bcast(gain + c);
         float* out = outs[c];
         int i = 0;
+        // Four vectors a turn: the loop is bound by its stores, and a turn of
+        // one store would cost more than a store wherever the code lands.
+        for (; i + 32 <= n; i += 32)
+            for (int k = 0; k < 32; k += 8)
+                _mm256_storeu_ps(out + i + k, mul(_mm256_loadu_ps(in + i + k), g));
         for (; i + 8 <= n; i += 8) _mm256_storeu_ps(out + i, mul(_mm256_loadu_ps(in + i), g));
         for (; i < n; ++i) out[i] = in[i] * gain[c];
     }
