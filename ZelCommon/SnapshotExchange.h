@@ -21,9 +21,12 @@
 //
 // The words are atomics, copied one by one, so that a copy racing a refill is
 // a defined read of stale words that the version check then throws away.
+// They are 64 bits wide: every change and every block copies a whole value,
+// in half the loads and stores that 32-bit words would take.
 template <typename T, int kSlots = 8> class SnapshotExchange {
+    using Word = std::uint64_t;
     static_assert(std::is_trivially_copyable<T>::value, "snapshots are copied word by word");
-    static_assert(sizeof(T) % sizeof(std::uint32_t) == 0, "snapshots are whole words");
+    static_assert(sizeof(T) % sizeof(Word) == 0, "snapshots are whole 64-bit words (pad them)");
 
 public:
     explicit SnapshotExchange(const T& initial) {
@@ -66,12 +69,12 @@ public:
     }
 
 private:
-    static constexpr int kWords = sizeof(T) / sizeof(std::uint32_t);
+    static constexpr int kWords = sizeof(T) / sizeof(Word);
 
     struct Slot {
         std::atomic<std::uint32_t> version{0}; // odd while being filled
         std::atomic<bool> busy{false};         // the head's, or being filled
-        std::array<std::atomic<std::uint32_t>, kWords> words{};
+        std::array<std::atomic<Word>, kWords> words{};
     };
 
     static int index(std::uint64_t h) { return static_cast<int>(h & 0xff); }
@@ -101,7 +104,7 @@ private:
         slot.version.store(v + 1, std::memory_order_relaxed);
         // Release: a reader that sees any new word also sees the odd version.
         for (int i = 0; i < kWords; ++i) {
-            std::uint32_t word;
+            Word word;
             std::memcpy(&word, bytes + i * sizeof word, sizeof word);
             slot.words[i].store(word, std::memory_order_release);
         }
@@ -114,7 +117,7 @@ private:
         if (before & 1u) return false;
         auto* bytes = reinterpret_cast<unsigned char*>(&value);
         for (int i = 0; i < kWords; ++i) {
-            const std::uint32_t word = slot.words[i].load(std::memory_order_acquire);
+            const Word word = slot.words[i].load(std::memory_order_acquire);
             std::memcpy(bytes + i * sizeof word, &word, sizeof word);
         }
         return slot.version.load(std::memory_order_relaxed) == before;
