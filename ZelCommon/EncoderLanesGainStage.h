@@ -63,11 +63,16 @@ ZEL_LANES_FN bool settled(V target, V state, int used, V& value) {
 // every output and the final state keep the scalar loop's bits.
 enum GainMotion { kGainsRest, kGainsGlide, kGainsGlideAwayFromZero };
 
+// Four floats from lo in the low half, four from hi in the high half.
+ZEL_LANES_FN V pairHalves(const float* lo, const float* hi) {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(lo)), _mm_load_ps(hi), 1);
+}
+
 // The caller fills the block's gains and states in 16-byte pieces just
 // before the kernel runs. Loaded in the same pieces, each comes straight from
 // its store; a wider load would wait until the stores reach the cache.
 ZEL_LANES_FN V loadPieces(const float* p) {
-    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(p)), _mm_load_ps(p + 4), 1);
+    return pairHalves(p, p + 4);
 }
 
 // True if every target is finite and at least 2^-40 in magnitude and every

@@ -45,13 +45,9 @@ ZEL_LANES_FN V section2Poles(V u, V d1, V d2, V& s1, V& s2) {
     return x;
 }
 
-// A row's 128-bit half beside the same half of the row four samples on.
-ZEL_LANES_FN V pairHalves(const float* lo, const float* hi) {
-    return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_load_ps(lo)), _mm_load_ps(hi), 1);
-}
-
 // Channels 4q..4q+3 of rows 0..7 (8 samples) to the channels' outputs from
-// sample i on: after the pairing, a 4x4 transpose within each half.
+// sample i on: each row's 128-bit half beside the same half of the row four
+// samples on, then a 4x4 transpose within each half.
 ZEL_LANES_FN void transposeQuad(const float (*rows)[16], int q, float* const* out, int i) {
     const int f = 4 * q;
     const V r0 = pairHalves(rows[0] + f, rows[4] + f), r1 = pairHalves(rows[1] + f, rows[5] + f);
