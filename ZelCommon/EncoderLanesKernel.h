@@ -129,37 +129,38 @@ __attribute__((target(ZEL_LANES_TARGET))) void run(ZelLaneBlock& b, const GainSt
         const float(*prev)[16] = rows[g ^ 1];
         const bool pending = i > 0; // every group but the last is whole
         for (int j = 0; j < m; ++j) {
-            const float* cf = restingCoef;
-            if (kMode != kLanesOff && !kRestingCoefs) {
-                _mm256_store_ps(coefRows[j], smoothSome(coefTargetLo, coefStateLo, advanceLo));
-                _mm256_store_ps(coefRows[j] + 8, smoothSome(coefTargetHi, coefStateHi, advanceHi));
-                cf = coefRows[j];
-            }
-            if (kMode == kLanesOff) {
+            if (!kFilters) {
                 gains.template storeProducts<kGains>(in + i + j, gainState, cur[j]);
-                if (pending && (j & 1)) transposeQuad(prev, j >> 1, outs, i - 8);
-                continue;
+            } else {
+                const float* cf = restingCoef;
+                if (!kRestingCoefs) {
+                    _mm256_store_ps(coefRows[j], smoothSome(coefTargetLo, coefStateLo, advanceLo));
+                    _mm256_store_ps(coefRows[j] + 8,
+                                    smoothSome(coefTargetHi, coefStateHi, advanceHi));
+                    cf = coefRows[j];
+                }
+                Groups v = gains.template step<kGains>(in + i + j, gainState);
+                if (kMode == kLanesNear) {
+                    const V y1 =
+                        section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
+                    v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
+                    v.b = section2(mul(v.b, bcast(cf + 3)), bcast(cf + 4), bcast(cf + 5),
+                                   bcast(cf + 6), bcast(cf + 7), s21, s22);
+                    const V y3 = section2(mul(v.c, bcast(cf + 8)), bcast(cf + 9), bcast(cf + 10),
+                                          bcast(cf + 12), bcast(cf + 13), s31, s32);
+                    v.c = section1(y3, bcast(cf + 11), bcast(cf + 14), s33);
+                } else {
+                    const V y1 = section1Poles(mul(v.a, bcast(cf + 0)), bcast(cf + 2), s1);
+                    v.a = _mm256_blend_ps(y1, v.a, 0x01);
+                    v.b = section2Poles(mul(v.b, bcast(cf + 3)), bcast(cf + 6), bcast(cf + 7), s21,
+                                        s22);
+                    const V y3 = section2Poles(mul(v.c, bcast(cf + 8)), bcast(cf + 12),
+                                               bcast(cf + 13), s31, s32);
+                    v.c = section1Poles(y3, bcast(cf + 14), s33);
+                }
+                _mm256_store_ps(cur[j], _mm256_blend_ps(v.a, v.b, 0xF0));
+                _mm256_store_ps(cur[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
             }
-            Groups v = gains.template step<kGains>(in + i + j, gainState);
-            if (kMode == kLanesNear) {
-                const V y1 = section1(mul(v.a, bcast(cf + 0)), bcast(cf + 1), bcast(cf + 2), s1);
-                v.a = _mm256_blend_ps(y1, v.a, 0x01); // W keeps its gain stage
-                v.b = section2(mul(v.b, bcast(cf + 3)), bcast(cf + 4), bcast(cf + 5), bcast(cf + 6),
-                               bcast(cf + 7), s21, s22);
-                const V y3 = section2(mul(v.c, bcast(cf + 8)), bcast(cf + 9), bcast(cf + 10),
-                                      bcast(cf + 12), bcast(cf + 13), s31, s32);
-                v.c = section1(y3, bcast(cf + 11), bcast(cf + 14), s33);
-            } else if (kMode == kLanesFar) {
-                const V y1 = section1Poles(mul(v.a, bcast(cf + 0)), bcast(cf + 2), s1);
-                v.a = _mm256_blend_ps(y1, v.a, 0x01);
-                v.b =
-                    section2Poles(mul(v.b, bcast(cf + 3)), bcast(cf + 6), bcast(cf + 7), s21, s22);
-                const V y3 = section2Poles(mul(v.c, bcast(cf + 8)), bcast(cf + 12), bcast(cf + 13),
-                                           s31, s32);
-                v.c = section1Poles(y3, bcast(cf + 14), s33);
-            }
-            _mm256_store_ps(cur[j], _mm256_blend_ps(v.a, v.b, 0xF0));
-            _mm256_store_ps(cur[j] + 8, _mm256_blend_ps(v.b, v.c, 0xFE));
             if (pending && (j & 1)) transposeQuad(prev, j >> 1, outs, i - 8);
         }
         if (m < 8) {
